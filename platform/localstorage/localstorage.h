@@ -1,0 +1,116 @@
+#ifndef NIVARO_LOCALSTORAGE_H
+#define NIVARO_LOCALSTORAGE_H
+
+#include "localstorage_export.h"
+
+#include <nvhash.h>
+#include <nvtypes.h>
+#include <objectinfo.h>
+#include <scheduledata.h>
+#include <trie>
+#include <workerabsencereason.h>
+#include <workerschedulehistoryrecord.h>
+
+#include <QObject>
+#include <QScopedPointer>
+#include <QStringList>
+
+namespace nivaro {
+
+class LocalStoragePrivate;
+class ObjectTreeModel;
+
+/**
+ * The process-wide cache of the server's objects: one collection per data
+ * name, the search indexes over them, the organisation tree model, blobs,
+ * schedules and the database settings, backed by the store file.
+ *
+ * Views only read (the const accessors; pointers stay valid until the next
+ * write). Changes come in through the write side, which hosts and the task
+ * executor call with what the server confirmed: each write is saved to the
+ * store file in one transaction, then the collections, indexes and tree are
+ * updated and dataChanged / dataRemoved is emitted. A write that cannot be
+ * saved changes nothing in memory either and reports why.
+ *
+ * GUI thread only, except that the const accessors may be read from one
+ * background search while the GUI thread does not write.
+ */
+class LOCALSTORAGE_EXPORT LocalStorage : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(LocalStorage)
+
+public:
+    static LocalStorage *instance();
+    ~LocalStorage() override;
+
+    // ---- Read side --------------------------------------------------------
+    // The whole collection; an empty one for a data name nobody filled.
+    const NVHash<TYPE_ID, ObjectInfo> *constObjects(const QString &dataname) const;
+    const ObjectInfo *constObject(TYPE_ID uid, const QString &dataname) const;
+    const ObjectInfo *constObject(TYPE_ID uid) const;
+    const ObjectInfo *constObject(TYPE_ID uid, const QStringList &datanames) const;
+    ObjectInfo object(TYPE_ID uid) const;
+    ObjectInfo object(TYPE_ID uid, const QString &dataname) const;
+    NVHash<TYPE_ID, ObjectInfo> objects(const QList<TYPE_ID> &uids) const;
+    // The data name of the collection that holds uid; empty when none does.
+    QString dataname(TYPE_ID uid) const;
+
+    QByteArray blob(TYPE_ID uid, const QString &key) const;
+    ObjectInfo dbSettings() const;
+    NVHash<int, SCHEDULE_DATA> schedules() const;
+    NVHash<int, SCHEDULE_DATA> personalSchedules(TYPE_ID worker) const;
+    QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> scheduleHistory(TYPE_ID worker) const;
+    _WORKER_ABSENCE_REASON absenceReasons(TYPE_ID worker) const;
+    // Cards whose owner is `owner`; activeOnly leaves out cards whose
+    // validity (PT_DATE_END) has passed.
+    NVHash<TYPE_ID, ObjectInfo> cards(quint64 owner, bool activeOnly) const;
+    QList<TYPE_ID> cardIds(quint64 owner, bool activeOnly) const;
+
+    // The shared tree model of a collection ("orgstructure": firms,
+    // departments and employees under the subject root); null for others.
+    ObjectTreeModel *model(const QString &dataname);
+    // The search index of an index data name (SUBJECT_SURNAME_INDEX, ...,
+    // "orgstructure", "card"); null for others. Owned by the store.
+    TrieStatic<TYPE_ID> *index(const QString &dataname);
+
+    // ---- Store file -------------------------------------------------------
+    // Opens (creating when missing) and loads a store file, replacing what
+    // the cache held. A corrupt, foreign or newer file is left untouched
+    // and the cache empty; error says why.
+    bool open(const QString &fileName, QString *error = nullptr);
+    void close();
+    bool isOpen() const;
+    QString fileName() const;
+
+    // ---- Write side (hosts and the executor) ------------------------------
+    // Inserts or replaces objects in a collection.
+    bool putObjects(const QString &dataname, const QList<ObjectInfo> &objects, QString *error = nullptr);
+    // Sets parameters of a stored object (an empty value removes the key);
+    // an employee whose PT_OBJECTSTATE changes moves between "subject" and
+    // "subject_fired".
+    bool updateParameters(TYPE_ID uid, const QHash<QString, QString> &parameters, QString *error = nullptr);
+    bool setParent(TYPE_ID uid, TYPE_ID parent, QString *error = nullptr);
+    bool removeObjects(const QList<TYPE_ID> &uids, QString *error = nullptr);
+    // An empty value removes the blob.
+    bool setBlob(TYPE_ID uid, const QString &key, const QByteArray &bytes, QString *error = nullptr);
+    bool setDbSettings(const ObjectInfo &settings, QString *error = nullptr);
+    bool putSchedules(const QList<SCHEDULE_DATA> &schedules, QString *error = nullptr);
+    bool setPersonalSchedules(TYPE_ID worker, const QList<SCHEDULE_DATA> &schedules, QString *error = nullptr);
+    bool setScheduleHistory(TYPE_ID worker, const QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> &records, QString *error = nullptr);
+    bool setAbsenceReasons(const _WORKER_ABSENCE_REASON &reasons, QString *error = nullptr);
+    // A uid no object holds yet (the executor creates objects with it).
+    TYPE_ID nextUid() const;
+
+Q_SIGNALS:
+    void dataChanged(const QString &dataname, const QList<unsigned int> &uids);
+    void dataRemoved(const QString &dataname, const QList<unsigned int> &uids);
+
+private:
+    LocalStorage();
+    QScopedPointer<LocalStoragePrivate> d;
+};
+
+} // namespace nivaro
+
+#endif

@@ -1,0 +1,128 @@
+#ifndef DB_DBPARAMS_H
+#define DB_DBPARAMS_H
+
+#include <QString>
+
+// Parameter keys of the objects, by area. Views use these constants, never
+// the literal text: the texts are the server's column names and must match it.
+
+namespace db {
+
+namespace common {
+inline const QString NAME = QStringLiteral("PT_NAME");
+inline const QString OBJECTSTATE = QStringLiteral("PT_OBJECTSTATE");
+inline const QString EXT_GUID = QStringLiteral("PT_1CGUID");
+inline const QString DESCRIPTION = QStringLiteral("PT_DESCRIPTION");
+inline const QString ROLETEMPLATE = QStringLiteral("PT_ROLETEMPLATE");
+// Value of OBJECTSTATE for a dismissed employee (compared case-insensitively).
+inline const QString STATE_FIRED = QStringLiteral("d");
+} // namespace common
+
+namespace worker {
+inline const QString LAST_NAME = QStringLiteral("PT_SURNAME");
+inline const QString FIRST_NAME = QStringLiteral("PT_NAME");
+inline const QString MIDDLE_NAME = QStringLiteral("PT_PATRONYMIC");
+inline const QString WORKERNUM = QStringLiteral("PT_WORKERNUM");
+inline const QString BIRTHDAY = QStringLiteral("PT_BIRTHDAY");
+inline const QString GENDER = QStringLiteral("PT_GENDER");
+inline const QString CITIZENSHIP_CODE = QStringLiteral("PT_CITIZENSHIP_CODE");
+inline const QString DOC_TYPE = QStringLiteral("PT_DOC_TYPE");
+inline const QString DOC_SERIES = QStringLiteral("PT_DOC_SERIES");
+inline const QString DOC_NUMBER = QStringLiteral("PT_DOC_NUMBER");
+inline const QString SNILS = QStringLiteral("PT_SNILS");
+inline const QString DESCRIPTION = QStringLiteral("PT_DESCRIPTION");
+inline const QString PHOTO = QStringLiteral("PT_PHOTO");
+inline const QString PHOTO_PREVIEW = QStringLiteral("PT_PHOTO_PREVIEW");
+inline const QString PHONE_NUMBER = QStringLiteral("PT_PHONE");
+inline const QString EMAIL = QStringLiteral("PT_EMAIL");
+inline const QString JOBLINK = QStringLiteral("PT_JOBLINK");
+inline const QString FIRMLINK = QStringLiteral("PT_FIRMLINK");
+inline const QString DATE_BEGIN = QStringLiteral("PT_DATE_BEGIN");
+inline const QString DATE_END = QStringLiteral("PT_DATE_END");
+inline const QString SCHEDULE = QStringLiteral("PT_SCHEDULE");
+inline const QString CALC_PLAN = QStringLiteral("PT_CALC_PLAN");
+inline const QString PIN = QStringLiteral("PT_PIN");
+inline const QString LOCKED = QStringLiteral("PT_LOCKED");
+inline const QString DISABLE_PLANNING = QStringLiteral("PT_DISABLE_PLANNING");
+inline const QString DISABLE_CBS = QStringLiteral("PT_DISABLE_CBS");
+inline const QString CBS_ID = QStringLiteral("PT_CBS_ID");
+inline const QString CBS_STATUS = QStringLiteral("PT_CBS_STATUS");
+inline const QString ALCOHOL_CHECK_REQUIRED = QStringLiteral("PT_ALCOHOL_CHECK_REQUIRED");
+inline const QString DEVICE_MESSAGE = QStringLiteral("PT_DEVICE_MESSAGE");
+inline const QString DEVICE_IDENT_TYPE = QStringLiteral("PT_DEVICE_IDENT_TYPE");
+} // namespace worker
+
+namespace orgstructure {
+inline const QString NAME = QStringLiteral("PT_NAME");
+inline const QString DEPARTNUM = QStringLiteral("PT_DEPARTNUM");
+namespace common {
+inline const QString INN = QStringLiteral("PT_INN");
+} // namespace common
+} // namespace orgstructure
+
+namespace firm {
+inline const QString NAME = QStringLiteral("PT_NAME");
+inline const QString FULL_NAME = QStringLiteral("PT_FULL_NAME");
+inline const QString KPP = QStringLiteral("PT_KPP");
+inline const QString OGRN = QStringLiteral("PT_OGRN");
+inline const QString ADDRESS = QStringLiteral("PT_ADDRESS");
+} // namespace firm
+
+namespace card {
+// The full card number as decimal text, as the readers report it.
+inline const QString NUMBER = QStringLiteral("PT_CARD_NUMBER");
+inline const QString OWNER = QStringLiteral("PT_OWNER");
+inline const QString TYPE = QStringLiteral("PT_TYPE");
+inline const QString DATE_BEGIN = QStringLiteral("PT_DATE_BEGIN");
+inline const QString DATE_END = QStringLiteral("PT_DATE_END");
+} // namespace card
+
+namespace reason {
+inline const QString NAME = QStringLiteral("PT_NAME");
+inline const QString MARK = QStringLiteral("PT_MARK");
+} // namespace reason
+
+namespace database {
+inline const QString PD_DENY_STORE_USER_PHOTOS = QStringLiteral("PT_PD_DENY_STORE_USER_PHOTOS");
+inline const QString PD_DENY_STORE_USER_BIOMETRICS = QStringLiteral("PT_PD_DENY_STORE_USER_BIOMETRICS");
+inline const QString PD_DENY_STORE_BIOMETRIC_IMAGES = QStringLiteral("PT_PD_DENY_STORE_BIOMETRIC_IMAGES");
+inline const QString PD_DENY_TRANSFER_USER_NAMES = QStringLiteral("PT_PD_DENY_TRANSFER_USER_NAMES");
+// How card numbers are shown and typed (NVGlobals::CardViewFormat, decimal).
+inline const QString CARD_VIEW_FORMAT = QStringLiteral("PT_CARD_VIEW_FORMAT");
+
+// Names of the personal-data items an operator may be barred from.
+namespace json {
+inline const QString PERSONAL_GENERAL = QStringLiteral("personal_general");
+inline const QString PERSONAL_DOCUMENT = QStringLiteral("personal_document");
+inline const QString PERSONAL_CONTACT = QStringLiteral("personal_contact");
+inline const QString PERSONAL_MESSAGING = QStringLiteral("personal_messaging");
+inline const QString PERSONAL_GENERAL_NAME = QStringLiteral("personal_general_name");
+inline const QString PERSONAL_GENERAL_PATRONYMIC = QStringLiteral("personal_general_patronymic");
+inline const QString PERSONAL_GENERAL_SEX = QStringLiteral("personal_general_sex");
+inline const QString PERSONAL_GENERAL_BIRTHDATE = QStringLiteral("personal_general_birthdate");
+inline const QString PERSONAL_GENERAL_CITIZENSHIP = QStringLiteral("personal_general_citizenship");
+inline const QString PERSONAL_DOCUMENT_TYPE = QStringLiteral("personal_document_type");
+inline const QString PERSONAL_DOCUMENT_SERIES = QStringLiteral("personal_document_series");
+inline const QString PERSONAL_DOCUMENT_NUMBER = QStringLiteral("personal_document_number");
+inline const QString PERSONAL_DOCUMENT_INN = QStringLiteral("personal_document_inn");
+inline const QString PERSONAL_DOCUMENT_SNILS = QStringLiteral("personal_document_snils");
+inline const QString PERSONAL_CONTACT_PHONE = QStringLiteral("personal_contact_phone");
+inline const QString PERSONAL_CONTACT_EMAIL = QStringLiteral("personal_contact_email");
+inline const QString PERSONAL_CONTACT_ADDRESS = QStringLiteral("personal_contact_address");
+inline const QString PERSONAL_MESSAGING_PHONE = QStringLiteral("personal_messaging_phone");
+inline const QString PERSONAL_MESSAGING_EMAIL = QStringLiteral("personal_messaging_email");
+} // namespace json
+} // namespace database
+
+namespace devices {
+inline const QString TYPE = QStringLiteral("PT_DEVICE_TYPE");
+namespace cardreader {
+// Device type of a USB smart-card reader (the value of devices::TYPE).
+inline const QString SMARTCARD = QStringLiteral("OT_CARDREADER_SMARTCARD");
+inline const QString HID = QStringLiteral("OT_CARDREADER_HID");
+} // namespace cardreader
+} // namespace devices
+
+} // namespace db
+
+#endif

@@ -1,0 +1,31 @@
+#ifndef SNILSEDIT_H
+#define SNILSEDIT_H
+
+#include "nvwidgets_export.h"
+
+#include <QLineEdit>
+
+/**
+ * Entry of the insurance number (SNILS) as "XXX-XXX-XXX YY". snils() gives
+ * the eleven digits alone (empty while nothing is typed), which is what
+ * the store keeps; snilsChanged carries the same.
+ */
+class NVWIDGETS_EXPORT SnilsEdit : public QLineEdit
+{
+    Q_OBJECT
+public:
+    explicit SnilsEdit(QWidget *parent = nullptr);
+
+    QString snils() const;
+    // Accepts digits with or without the mask's separators.
+    void setSnils(const QString &snils);
+    // Complete and with a correct check sum (numbers up to 001-001-998
+    // carry no check sum and are accepted when complete).
+    bool isAcceptable() const;
+    static bool isValidSnils(const QString &digits);
+
+Q_SIGNALS:
+    void snilsChanged(const QString &snils);
+};
+
+#endif

@@ -1,0 +1,38 @@
+#ifndef NVDIALOGSUTILS_H
+#define NVDIALOGSUTILS_H
+
+#include "nvdialogs_export.h"
+
+#include <nvhash.h>
+#include <objectinfo.h>
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+/** One country of the registry used by the citizenship lists. */
+struct NVDIALOGS_EXPORT StateRegistryInfo
+{
+    QString code;  // three digits with leading zeros, e.g. "004"
+    QString name;  // upper-case Russian short name; a translation source
+};
+
+/** Stateless helpers shared by the property views and wizards. */
+class NVDIALOGS_EXPORT NVDialogsUtils
+{
+public:
+    // Disables the editing controls below parent when any of the objects is
+    // a dismissed employee. Never enables anything.
+    static void DisableChildrenIfFired(const nivaro::NVHash<unsigned int, nivaro::ObjectInfo> &objects,
+                                       QWidget *parent);
+    // All countries in ascending order of code; a new list on every call.
+    static QList<StateRegistryInfo> getStatesRegistry();
+    // Codes of the near-abroad countries, listed first in citizenship lists.
+    static QStringList getNearAbroadCodes();
+    // The name translated in context "NVDialogsUtils"; unchanged when untranslated.
+    static QString translateState(const QString &name);
+};
+
+#endif

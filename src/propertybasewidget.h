@@ -1,0 +1,67 @@
+#ifndef PROPERTYBASEWIDGET_H
+#define PROPERTYBASEWIDGET_H
+
+#include "nvdialogs_export.h"
+
+#include <nvhash.h>
+#include <objectinfo.h>
+#include <taskinfo.h>
+
+#include <QMap>
+#include <QSet>
+#include <QStringList>
+#include <QWidget>
+
+/**
+ * Base of every property view that edits the objects selected in the
+ * client's tree. The frame around the view hands it the selection with
+ * setCurrent(), listens to its signals to drive Save / Close and the
+ * message line, and calls applyChanges() on Save; the view answers with
+ * one "save_object" task per changed object and never writes the store.
+ */
+class NVDIALOGS_EXPORT PropertyBaseWidget : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit PropertyBaseWidget(QWidget *parent = nullptr);
+    ~PropertyBaseWidget() override;
+
+    virtual QString widgetUid() const = 0;
+    virtual QStringList subPages() const;
+
+    // The distinct values the objects hold for `key` in `values` (key ->
+    // one value per object); an object missing from the list counts as
+    // holding defaultValue. One element: all agree.
+    static QSet<QString> paramsToSet(const QMap<QString, QStringList> &values, const QString &key,
+                                     const QString &defaultValue = QString());
+
+public Q_SLOTS:
+    virtual void setCurrent(const nivaro::NVHash<unsigned int, nivaro::ObjectInfo> &objects) = 0;
+    virtual void applyChanges() = 0;
+    virtual void rejectChanges() = 0;
+    virtual void saved(unsigned int uid) = 0;
+    virtual void showSubPage(int page);
+
+Q_SIGNALS:
+    void dataEdited();
+    void dataSaved();
+    void enableSave(const QString &reason, bool enable);
+    void enableClose(const QString &reason, bool enable);
+    void appendTask(const nivaro::TaskInfo &task);
+    void showMessage(const QString &message);
+    void showCriticalMessage(const QString &message);
+
+protected:
+    /**
+     * The save task of one object: a new task number, command
+     * "save_object", "object_type" and "parent" from the record, one
+     * "property-<key>" entry per changed parameter, this view as receiver
+     * with reply slot "saved", and the running and failure texts with the
+     * object's display name put in for %1.
+     */
+    nivaro::TaskInfo makeSaveTask(const nivaro::ObjectInfo &object,
+                                  const QHash<QString, QString> &changed,
+                                  const QString &startText, const QString &errorText);
+};
+
+#endif

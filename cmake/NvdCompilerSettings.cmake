@@ -24,6 +24,12 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     if(NVD_WERROR)
         add_compile_options(-Werror)
     endif()
+    if(NVD_BUILD_FUZZERS)
+        # Coverage for libFuzzer in every library the fuzzers reach, and
+        # AddressSanitizer so that an overread is a finding, not luck.
+        add_compile_options(-fsanitize=fuzzer-no-link,address -fno-omit-frame-pointer)
+        add_link_options(-fsanitize=address)
+    endif()
     if(NVD_SANITIZE)
         string(REPLACE ";" "," _nvd_sanitizers "${NVD_SANITIZE}")
         add_compile_options(-fsanitize=${_nvd_sanitizers} -fno-omit-frame-pointer

@@ -1,0 +1,583 @@
+#include "localstorage.h"
+
+#include "objecttreemodel.h"
+#include "storefile.h"
+
+#include <datanames.h>
+#include <dbparams.h>
+#include <objecttypes.h>
+
+#include <QDate>
+#include <QDebug>
+#include <QRegularExpression>
+
+namespace nivaro {
+
+namespace {
+
+bool isFired(const ObjectInfo &object)
+{
+    return object.parameter(db::common::OBJECTSTATE).compare(db::common::STATE_FIRED, Qt::CaseInsensitive) == 0;
+}
+
+bool isEmployeeCollection(const QString &dataname)
+{
+    return dataname == SUBJECT_DATANAME || dataname == SUBJECT_FIRED_DATANAME;
+}
+
+// Names are searched word by word, so "Отдел кадров" is found by "кадр".
+QStringList words(const QString &text)
+{
+    static const QRegularExpression space(QStringLiteral("\\s+"));
+    return text.toLower().split(space, Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+class LocalStoragePrivate
+{
+public:
+    using Collection = NVHash<TYPE_ID, ObjectInfo>;
+
+    QHash<QString, Collection> collections;
+    QHash<TYPE_ID, QString> datanameOf;
+    QHash<TYPE_ID, QHash<QString, QByteArray>> blobs;
+    NVHash<int, SCHEDULE_DATA> schedules;
+    QHash<TYPE_ID, NVHash<int, SCHEDULE_DATA>> personalSchedules;
+    QHash<TYPE_ID, QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2>> history;
+    QHash<TYPE_ID, _WORKER_ABSENCE_REASON> absences;
+    QMultiHash<TYPE_ID, TYPE_ID> cardsByOwner;
+    QHash<QString, TrieStatic<TYPE_ID>> indexes;
+    ObjectTreeModel *tree = nullptr;
+    StoreFile file;
+    const Collection empty;
+
+    // Where an object belongs: employees by their state, the rest as given.
+    static QString home(const QString &dataname, const ObjectInfo &object)
+    {
+        if (object.typeName() == OT_WORKER || isEmployeeCollection(dataname))
+            return isFired(object) ? SUBJECT_FIRED_DATANAME : SUBJECT_DATANAME;
+        return dataname;
+    }
+
+    static TYPE_ID cardOwner(const ObjectInfo &card)
+    {
+        bool ok = false;
+        const TYPE_ID owner = card.parameter(db::card::OWNER).toUInt(&ok);
+        return ok && owner ? owner : card.parent();
+    }
+
+    void indexObject(const QString &dataname, const ObjectInfo &object)
+    {
+        const TYPE_ID uid = object.uid();
+        if (dataname == SUBJECT_DATANAME || dataname == SUBJECT_FIRED_DATANAME) {
+            const bool fired = dataname == SUBJECT_FIRED_DATANAME;
+            const QString surname = object.parameter(db::worker::LAST_NAME).toLower();
+            const QString number = object.parameter(db::worker::WORKERNUM).toLower();
+            if (!surname.isEmpty())
+                indexes[fired ? SUBJECT_FIRED_SURNAME_INDEX : SUBJECT_SURNAME_INDEX].add(surname, uid);
+            if (!number.isEmpty())
+                indexes[fired ? SUBJECT_FIRED_WORKERNUM_INDEX : SUBJECT_WORKERNUM_INDEX].add(number, uid);
+            TrieStatic<TYPE_ID> &org = indexes[ORGSTRUCTURE_DATANAME];
+            for (const QString *key : {&db::worker::LAST_NAME, &db::worker::FIRST_NAME, &db::worker::MIDDLE_NAME}) {
+                const QStringList parts = words(object.parameter(*key));
+                for (const QString &word : parts)
+                    org.add(word, uid);
+            }
+        } else if (dataname == ORGSTRUCTURE_DATANAME) {
+            const QStringList parts = words(object.parameter(db::common::NAME));
+            for (const QString &word : parts)
+                indexes[ORGSTRUCTURE_DATANAME].add(word, uid);
+        } else if (dataname == CARD_DATANAME) {
+            const QString number = object.parameter(db::card::NUMBER).trimmed();
+            if (!number.isEmpty())
+                indexes[CARD_DATANAME].add(number, cardOwner(object));
+        }
+    }
+
+    void unindexObject(const QString &dataname, const ObjectInfo &object)
+    {
+        const TYPE_ID uid = object.uid();
+        if (isEmployeeCollection(dataname)) {
+            for (const QString &name : {SUBJECT_SURNAME_INDEX, SUBJECT_FIRED_SURNAME_INDEX, SUBJECT_WORKERNUM_INDEX,
+                                        SUBJECT_FIRED_WORKERNUM_INDEX, ORGSTRUCTURE_DATANAME})
+                indexes[name].remove(uid);
+        } else if (dataname == ORGSTRUCTURE_DATANAME) {
+            indexes[ORGSTRUCTURE_DATANAME].remove(uid);
+        }
+    }
+
+    // The card index files numbers under owners, and an owner may hold
+    // several cards: withdraw the owner and file all its cards again.
+    void reindexCardsOf(TYPE_ID owner)
+    {
+        TrieStatic<TYPE_ID> &index = indexes[CARD_DATANAME];
+        index.remove(owner);
+        const Collection &cards = collections[CARD_DATANAME];
+        const QList<TYPE_ID> uids = cardsByOwner.values(owner);
+        for (TYPE_ID card : uids) {
+            const auto it = cards.constFind(card);
+            if (it != cards.cend())
+                indexObject(CARD_DATANAME, *it);
+        }
+    }
+
+    // Puts one object into memory, keeping indexes, the owner map and the
+    // data name map current. Returns the collection it left, if it moved.
+    QString place(const QString &dataname, const ObjectInfo &object)
+    {
+        const TYPE_ID uid = object.uid();
+        const QString previous = datanameOf.value(uid);
+        if (!previous.isEmpty()) {
+            Collection &old = collections[previous];
+            const auto it = old.constFind(uid);
+            if (it != old.cend()) {
+                unindexObject(previous, *it);
+                if (previous == CARD_DATANAME)
+                    cardsByOwner.remove(cardOwner(*it), uid);
+            }
+            if (previous != dataname)
+                old.remove(uid);
+        }
+        collections[dataname].replace(uid, object);
+        datanameOf.insert(uid, dataname);
+        if (dataname == CARD_DATANAME) {
+            cardsByOwner.insert(cardOwner(object), uid);
+            reindexCardsOf(cardOwner(object));
+        } else {
+            indexObject(dataname, object);
+        }
+        return previous != dataname ? previous : QString();
+    }
+};
+
+LocalStorage *LocalStorage::instance()
+{
+    static LocalStorage storage;
+    return &storage;
+}
+
+LocalStorage::LocalStorage()
+    : d(new LocalStoragePrivate)
+{
+    d->tree = new ObjectTreeModel(this);
+}
+
+LocalStorage::~LocalStorage() = default;
+
+const NVHash<TYPE_ID, ObjectInfo> *LocalStorage::constObjects(const QString &dataname) const
+{
+    const auto it = d->collections.constFind(dataname);
+    return it == d->collections.cend() ? &d->empty : &*it;
+}
+
+const ObjectInfo *LocalStorage::constObject(TYPE_ID uid, const QString &dataname) const
+{
+    const auto collection = d->collections.constFind(dataname);
+    if (collection == d->collections.cend())
+        return nullptr;
+    const auto it = collection->constFind(uid);
+    return it == collection->cend() ? nullptr : &*it;
+}
+
+const ObjectInfo *LocalStorage::constObject(TYPE_ID uid) const
+{
+    const auto it = d->datanameOf.constFind(uid);
+    return it == d->datanameOf.cend() ? nullptr : constObject(uid, *it);
+}
+
+const ObjectInfo *LocalStorage::constObject(TYPE_ID uid, const QStringList &datanames) const
+{
+    for (const QString &dataname : datanames) {
+        if (const ObjectInfo *object = constObject(uid, dataname))
+            return object;
+    }
+    return nullptr;
+}
+
+ObjectInfo LocalStorage::object(TYPE_ID uid) const
+{
+    const ObjectInfo *o = constObject(uid);
+    return o ? *o : ObjectInfo();
+}
+
+ObjectInfo LocalStorage::object(TYPE_ID uid, const QString &dataname) const
+{
+    const ObjectInfo *o = constObject(uid, dataname);
+    return o ? *o : ObjectInfo();
+}
+
+NVHash<TYPE_ID, ObjectInfo> LocalStorage::objects(const QList<TYPE_ID> &uids) const
+{
+    NVHash<TYPE_ID, ObjectInfo> found;
+    found.reserve(uids.size());
+    for (TYPE_ID uid : uids) {
+        if (found.contains(uid))
+            continue;
+        if (const ObjectInfo *o = constObject(uid))
+            found.insert(uid, *o);
+    }
+    return found;
+}
+
+QString LocalStorage::dataname(TYPE_ID uid) const
+{
+    return d->datanameOf.value(uid);
+}
+
+QByteArray LocalStorage::blob(TYPE_ID uid, const QString &key) const
+{
+    return d->blobs.value(uid).value(key);
+}
+
+ObjectInfo LocalStorage::dbSettings() const
+{
+    const LocalStoragePrivate::Collection &settings = *constObjects(DB_DATANAME);
+    return settings.isEmpty() ? ObjectInfo() : settings.cbegin().value();
+}
+
+NVHash<int, SCHEDULE_DATA> LocalStorage::schedules() const
+{
+    return d->schedules;
+}
+
+NVHash<int, SCHEDULE_DATA> LocalStorage::personalSchedules(TYPE_ID worker) const
+{
+    return d->personalSchedules.value(worker);
+}
+
+QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> LocalStorage::scheduleHistory(TYPE_ID worker) const
+{
+    return d->history.value(worker);
+}
+
+_WORKER_ABSENCE_REASON LocalStorage::absenceReasons(TYPE_ID worker) const
+{
+    _WORKER_ABSENCE_REASON reasons = d->absences.value(worker);
+    reasons.worker = worker;
+    return reasons;
+}
+
+NVHash<TYPE_ID, ObjectInfo> LocalStorage::cards(quint64 owner, bool activeOnly) const
+{
+    NVHash<TYPE_ID, ObjectInfo> found;
+    if (owner > 0xFFFFFFFFu)
+        return found;
+    const LocalStoragePrivate::Collection &all = *constObjects(CARD_DATANAME);
+    const QList<TYPE_ID> uids = d->cardsByOwner.values(TYPE_ID(owner));
+    const QDate today = QDate::currentDate();
+    for (TYPE_ID uid : uids) {
+        const auto it = all.constFind(uid);
+        if (it == all.cend())
+            continue;
+        const QDate end = QDate::fromString(it->parameter(db::card::DATE_END), Qt::ISODate);
+        if (activeOnly && end.isValid() && end < today)
+            continue;
+        found.insert(uid, *it);
+    }
+    return found;
+}
+
+QList<TYPE_ID> LocalStorage::cardIds(quint64 owner, bool activeOnly) const
+{
+    QList<TYPE_ID> ids = cards(owner, activeOnly).uniqueKeys();
+    std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+ObjectTreeModel *LocalStorage::model(const QString &dataname)
+{
+    return dataname == ORGSTRUCTURE_DATANAME ? d->tree : nullptr;
+}
+
+TrieStatic<TYPE_ID> *LocalStorage::index(const QString &dataname)
+{
+    static const QStringList names = {SUBJECT_SURNAME_INDEX, SUBJECT_WORKERNUM_INDEX, SUBJECT_FIRED_SURNAME_INDEX,
+                                      SUBJECT_FIRED_WORKERNUM_INDEX, ORGSTRUCTURE_DATANAME, CARD_DATANAME};
+    if (!names.contains(dataname))
+        return nullptr;
+    return &d->indexes[dataname];
+}
+
+bool LocalStorage::open(const QString &fileName, QString *error)
+{
+    close();
+    StoreFile::Contents contents;
+    QString why;
+    if (!d->file.open(fileName, &contents, &why)) {
+        qDebug() << "store: open refused" << fileName << why;
+        if (error)
+            *error = why;
+        return false;
+    }
+
+    QList<ObjectInfo> treeObjects;
+    for (auto it = contents.objects.cbegin(); it != contents.objects.cend(); ++it) {
+        for (const ObjectInfo &object : it.value()) {
+            d->place(LocalStoragePrivate::home(it.key(), object), object);
+            if (ObjectTreeModel::isTreeType(object.typeName()))
+                treeObjects.append(object);
+        }
+    }
+    d->blobs = contents.blobs;
+    for (const SCHEDULE_DATA &s : qAsConst(contents.schedules))
+        d->schedules.replace(s.id, s);
+    for (auto it = contents.personalSchedules.cbegin(); it != contents.personalSchedules.cend(); ++it) {
+        for (const SCHEDULE_DATA &s : it.value())
+            d->personalSchedules[it.key()].replace(s.id, s);
+    }
+    d->history = contents.scheduleHistory;
+    d->absences = contents.absences;
+    d->tree->reset(treeObjects);
+    return true;
+}
+
+void LocalStorage::close()
+{
+    d->file.close();
+    d->collections.clear();
+    d->datanameOf.clear();
+    d->blobs.clear();
+    d->schedules.clear();
+    d->personalSchedules.clear();
+    d->history.clear();
+    d->absences.clear();
+    d->cardsByOwner.clear();
+    d->indexes.clear();
+    d->tree->reset({});
+}
+
+bool LocalStorage::isOpen() const
+{
+    return d->file.isOpen();
+}
+
+QString LocalStorage::fileName() const
+{
+    return d->file.fileName();
+}
+
+bool LocalStorage::putObjects(const QString &dataname, const QList<ObjectInfo> &objects, QString *error)
+{
+    StoreFile::Batch batch;
+    for (const ObjectInfo &object : objects) {
+        if (!object.isValid() || object.uid() == 0) {
+            qDebug() << "store: refusing object without uid" << object;
+            if (error)
+                *error = tr("Объект без идентификатора не может быть сохранен");
+            return false;
+        }
+        batch.putObject(LocalStoragePrivate::home(dataname, object), object);
+    }
+    if (!d->file.write(batch, error))
+        return false;
+
+    QHash<QString, QList<unsigned int>> changed;
+    QHash<QString, QList<unsigned int>> removed;
+    for (const ObjectInfo &object : objects) {
+        const QString home = LocalStoragePrivate::home(dataname, object);
+        const QString left = d->place(home, object);
+        if (!left.isEmpty())
+            removed[left].append(object.uid());
+        changed[home].append(object.uid());
+    }
+    if (objects.size() > 1000) {
+        // Bulk imports: one reset beats a row notification per object.
+        QList<ObjectInfo> all;
+        for (auto it = d->collections.cbegin(); it != d->collections.cend(); ++it) {
+            for (const ObjectInfo &o : it.value()) {
+                if (ObjectTreeModel::isTreeType(o.typeName()))
+                    all.append(o);
+            }
+        }
+        d->tree->reset(all);
+    } else {
+        for (const ObjectInfo &object : objects)
+            d->tree->insertOrUpdate(object);
+    }
+    for (auto it = removed.cbegin(); it != removed.cend(); ++it)
+        emit dataRemoved(it.key(), it.value());
+    for (auto it = changed.cbegin(); it != changed.cend(); ++it)
+        emit dataChanged(it.key(), it.value());
+    return true;
+}
+
+bool LocalStorage::updateParameters(TYPE_ID uid, const QHash<QString, QString> &parameters, QString *error)
+{
+    const ObjectInfo *current = constObject(uid);
+    if (!current) {
+        if (error)
+            *error = tr("Объект %1 не найден").arg(uid);
+        return false;
+    }
+    ObjectInfo updated = *current;
+    for (auto it = parameters.cbegin(); it != parameters.cend(); ++it) {
+        if (it.value().isEmpty())
+            updated.removeParameter(it.key());
+        else
+            updated.setParameter(it.key(), it.value());
+    }
+    return putObjects(dataname(uid), {updated}, error);
+}
+
+bool LocalStorage::setParent(TYPE_ID uid, TYPE_ID parent, QString *error)
+{
+    const ObjectInfo *current = constObject(uid);
+    if (!current) {
+        if (error)
+            *error = tr("Объект %1 не найден").arg(uid);
+        return false;
+    }
+    ObjectInfo updated = *current;
+    updated.setParent(parent);
+    return putObjects(dataname(uid), {updated}, error);
+}
+
+bool LocalStorage::removeObjects(const QList<TYPE_ID> &uids, QString *error)
+{
+    StoreFile::Batch batch;
+    for (TYPE_ID uid : uids)
+        batch.removeObject(uid);
+    if (!d->file.write(batch, error))
+        return false;
+
+    QHash<QString, QList<unsigned int>> removed;
+    for (TYPE_ID uid : uids) {
+        const QString name = d->datanameOf.take(uid);
+        if (name.isEmpty())
+            continue;
+        LocalStoragePrivate::Collection &collection = d->collections[name];
+        const ObjectInfo object = collection.take(uid);
+        d->unindexObject(name, object);
+        if (name == CARD_DATANAME) {
+            const TYPE_ID owner = LocalStoragePrivate::cardOwner(object);
+            d->cardsByOwner.remove(owner, uid);
+            d->reindexCardsOf(owner);
+        }
+        d->blobs.remove(uid);
+        d->tree->remove(uid);
+        removed[name].append(uid);
+    }
+    for (auto it = removed.cbegin(); it != removed.cend(); ++it)
+        emit dataRemoved(it.key(), it.value());
+    return true;
+}
+
+bool LocalStorage::setBlob(TYPE_ID uid, const QString &key, const QByteArray &bytes, QString *error)
+{
+    StoreFile::Batch batch;
+    if (bytes.isEmpty())
+        batch.removeBlob(uid, key);
+    else
+        batch.putBlob(uid, key, bytes);
+    if (!d->file.write(batch, error))
+        return false;
+    if (bytes.isEmpty()) {
+        auto it = d->blobs.find(uid);
+        if (it != d->blobs.end()) {
+            it->remove(key);
+            if (it->isEmpty())
+                d->blobs.erase(it);
+        }
+    } else {
+        d->blobs[uid].insert(key, bytes);
+    }
+    const QString name = dataname(uid);
+    if (!name.isEmpty())
+        emit dataChanged(name, {uid});
+    return true;
+}
+
+bool LocalStorage::setDbSettings(const ObjectInfo &settings, QString *error)
+{
+    ObjectInfo record = settings;
+    if (record.typeName().isEmpty())
+        record.setTypeName(OT_DB_SETTINGS);
+    // There is one settings record; a new one replaces whatever uid it had.
+    const QList<TYPE_ID> old = constObjects(DB_DATANAME)->uniqueKeys();
+    StoreFile::Batch batch;
+    for (TYPE_ID uid : old) {
+        if (uid != record.uid())
+            batch.removeObject(uid);
+    }
+    batch.putObject(DB_DATANAME, record);
+    if (!d->file.write(batch, error))
+        return false;
+    for (TYPE_ID uid : old)
+        d->datanameOf.remove(uid);
+    d->collections[DB_DATANAME].clear();
+    d->place(DB_DATANAME, record);
+    emit dataChanged(DB_DATANAME, {record.uid()});
+    return true;
+}
+
+bool LocalStorage::putSchedules(const QList<SCHEDULE_DATA> &schedules, QString *error)
+{
+    StoreFile::Batch batch;
+    for (const SCHEDULE_DATA &s : schedules)
+        batch.putSchedule(s);
+    if (!d->file.write(batch, error))
+        return false;
+    QList<unsigned int> ids;
+    for (const SCHEDULE_DATA &s : schedules) {
+        d->schedules.replace(s.id, s);
+        ids.append(unsigned(s.id));
+    }
+    emit dataChanged(SCHEDULE_DATANAME, ids);
+    return true;
+}
+
+bool LocalStorage::setPersonalSchedules(TYPE_ID worker, const QList<SCHEDULE_DATA> &schedules, QString *error)
+{
+    StoreFile::Batch batch;
+    batch.setPersonalSchedules(worker, schedules);
+    if (!d->file.write(batch, error))
+        return false;
+    NVHash<int, SCHEDULE_DATA> &mine = d->personalSchedules[worker];
+    mine.clear();
+    for (const SCHEDULE_DATA &s : schedules)
+        mine.replace(s.id, s);
+    if (mine.isEmpty())
+        d->personalSchedules.remove(worker);
+    emit dataChanged(SCHEDULE_DATANAME, {worker});
+    return true;
+}
+
+bool LocalStorage::setScheduleHistory(TYPE_ID worker, const QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> &records,
+                                      QString *error)
+{
+    StoreFile::Batch batch;
+    batch.setScheduleHistory(worker, records);
+    if (!d->file.write(batch, error))
+        return false;
+    if (records.isEmpty())
+        d->history.remove(worker);
+    else
+        d->history.insert(worker, records);
+    emit dataChanged(WORKER_HISTORY_DATANAME, {worker});
+    return true;
+}
+
+bool LocalStorage::setAbsenceReasons(const _WORKER_ABSENCE_REASON &reasons, QString *error)
+{
+    StoreFile::Batch batch;
+    batch.setAbsences(reasons);
+    if (!d->file.write(batch, error))
+        return false;
+    if (reasons.records.isEmpty())
+        d->absences.remove(reasons.worker);
+    else
+        d->absences.insert(reasons.worker, reasons);
+    emit dataChanged(REASON_DATANAME, {reasons.worker});
+    return true;
+}
+
+TYPE_ID LocalStorage::nextUid() const
+{
+    TYPE_ID highest = SUBJECT_ROOT_UID;
+    for (auto it = d->datanameOf.cbegin(); it != d->datanameOf.cend(); ++it)
+        highest = qMax(highest, it.key());
+    return highest + 1;
+}
+
+} // namespace nivaro

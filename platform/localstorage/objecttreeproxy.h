@@ -1,0 +1,52 @@
+#ifndef NIVARO_OBJECTTREEPROXY_H
+#define NIVARO_OBJECTTREEPROXY_H
+
+#include "localstorage_export.h"
+
+#include <nvtypes.h>
+
+#include <QSet>
+#include <QSortFilterProxyModel>
+#include <QStringList>
+
+namespace nivaro {
+
+/**
+ * A filtered, sorted view of an ObjectTreeModel: by object type, by a set
+ * of uids (a search result, a wizard's object list) and by a name text.
+ * A row passes when it passes every filter that is set; ancestors of a row
+ * that passes stay visible so that the path from the root can be read.
+ */
+class LOCALSTORAGE_EXPORT ObjectTreeProxy : public QSortFilterProxyModel
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(ObjectTreeProxy)
+public:
+    explicit ObjectTreeProxy(QObject *parent = nullptr);
+
+    void setFilterUids(const QSet<TYPE_ID> &uids);
+    void clearFilterUids();
+    QSet<TYPE_ID> filterUids() const { return m_uids; }
+    bool hasUidFilter() const { return m_uidFilter; }
+
+    // Type names shown; empty shows every type.
+    void setTypeFilter(const QStringList &types);
+    QStringList typeFilter() const { return m_types; }
+
+    // Case-insensitive part of the display name; empty shows all.
+    void setFilterText(const QString &text);
+    QString filterText() const { return m_text; }
+
+protected:
+    bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
+
+private:
+    QSet<TYPE_ID> m_uids;
+    bool m_uidFilter = false;
+    QStringList m_types;
+    QString m_text;
+};
+
+} // namespace nivaro
+
+#endif

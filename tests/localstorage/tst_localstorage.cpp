@@ -1,0 +1,303 @@
+#include <datanames.h>
+#include <dbparams.h>
+#include <localstorage.h>
+#include <objecttreemodel.h>
+#include <objecttypes.h>
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace nivaro;
+
+namespace {
+
+ObjectInfo worker(TYPE_ID uid, const QString &surname, const QString &number, const QString &state = QString())
+{
+    ObjectInfo o(uid, OT_WORKER,
+                 {{db::worker::LAST_NAME, surname},
+                  {db::worker::FIRST_NAME, QStringLiteral("Иван")},
+                  {db::worker::WORKERNUM, number}});
+    if (!state.isEmpty())
+        o.setParameter(db::common::OBJECTSTATE, state);
+    o.setParent(20);
+    return o;
+}
+
+ObjectInfo card(TYPE_ID uid, TYPE_ID owner, quint64 number)
+{
+    ObjectInfo c(uid, OT_CARD, {{db::card::NUMBER, QString::number(number)}});
+    c.setParent(owner);
+    return c;
+}
+
+QSet<TYPE_ID> lookup(LocalStorage *store, const QString &index, const QString &prefix)
+{
+    TrieStatic<TYPE_ID>::Set found;
+    store->index(index)->contains(prefix, found);
+    QSet<TYPE_ID> out;
+    for (TYPE_ID uid : found)
+        out.insert(uid);
+    return out;
+}
+
+QByteArray readAll(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+} // namespace
+
+class TestLocalStorage : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void lookupsOfUnknownThings();
+    void employeesMoveBetweenServiceAndFired();
+    void indexesFollowWrites();
+    void cardIndexFindsTheOwner();
+    void fileRoundTrip();
+    void brokenFilesAreRefusedUntouched_data();
+    void brokenFilesAreRefusedUntouched();
+    void failedWriteLeavesMemoryAlone();
+
+private:
+    QString path() const { return m_dir->filePath(QStringLiteral("store.db")); }
+    LocalStorage *store = LocalStorage::instance();
+    QScopedPointer<QTemporaryDir> m_dir;
+};
+
+void TestLocalStorage::init()
+{
+    m_dir.reset(new QTemporaryDir);
+    store->close();
+}
+
+void TestLocalStorage::cleanup()
+{
+    store->close();
+}
+
+void TestLocalStorage::lookupsOfUnknownThings()
+{
+    QVERIFY(store->constObjects(QStringLiteral("no_such_data")) != nullptr);
+    QVERIFY(store->constObjects(QStringLiteral("no_such_data"))->isEmpty());
+    QVERIFY(!store->constObject(99));
+    QVERIFY(!store->object(99).isValid());
+    QVERIFY(store->blob(99, db::worker::PHOTO).isEmpty());
+    QVERIFY(!store->dbSettings().isValid());
+    QVERIFY(!store->index(QStringLiteral("subject")));
+    QVERIFY(!store->model(SUBJECT_DATANAME));
+    QString error;
+    QVERIFY(!store->updateParameters(99, {{db::worker::LAST_NAME, QStringLiteral("x")}}, &error));
+    QVERIFY(!error.isEmpty());
+}
+
+void TestLocalStorage::employeesMoveBetweenServiceAndFired()
+{
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Петров"), QStringLiteral("7"))}));
+    QSignalSpy removed(store, &LocalStorage::dataRemoved);
+    QSignalSpy changed(store, &LocalStorage::dataChanged);
+
+    // Any case of the state letter counts: the server writes "D" as well.
+    QVERIFY(store->updateParameters(100, {{db::common::OBJECTSTATE, QStringLiteral("D")}}));
+    QVERIFY(!store->constObject(100, SUBJECT_DATANAME));
+    QVERIFY(store->constObject(100, SUBJECT_FIRED_DATANAME));
+    QCOMPARE(removed.size(), 1);
+    QCOMPARE(removed.at(0).at(0).toString(), SUBJECT_DATANAME);
+    QCOMPARE(changed.last().at(0).toString(), SUBJECT_FIRED_DATANAME);
+    QCOMPARE(lookup(store, SUBJECT_FIRED_SURNAME_INDEX, QStringLiteral("петр")), QSet<TYPE_ID>{100});
+    QVERIFY(lookup(store, SUBJECT_SURNAME_INDEX, QStringLiteral("петр")).isEmpty());
+
+    // An empty value removes the key, which brings the employee back.
+    QVERIFY(store->updateParameters(100, {{db::common::OBJECTSTATE, QString()}}));
+    QVERIFY(store->constObject(100, SUBJECT_DATANAME));
+    QVERIFY(!store->object(100).hasParameter(db::common::OBJECTSTATE));
+    QCOMPARE(lookup(store, SUBJECT_SURNAME_INDEX, QStringLiteral("петр")), QSet<TYPE_ID>{100});
+}
+
+void TestLocalStorage::indexesFollowWrites()
+{
+    ObjectInfo dept(20, OT_DEPARTMENT, {{db::orgstructure::NAME, QStringLiteral("Отдел кадров")}});
+    QVERIFY(store->putObjects(ORGSTRUCTURE_DATANAME, {dept}));
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("000123")),
+                                                  worker(101, QStringLiteral("Иванова"), QStringLiteral("000124"))}));
+    QCOMPARE(lookup(store, SUBJECT_SURNAME_INDEX, QStringLiteral("иван")), (QSet<TYPE_ID>{100, 101}));
+    QCOMPARE(lookup(store, SUBJECT_WORKERNUM_INDEX, QStringLiteral("000123")), QSet<TYPE_ID>{100});
+    QCOMPARE(lookup(store, ORGSTRUCTURE_DATANAME, QStringLiteral("кадр")), QSet<TYPE_ID>{20});
+    QCOMPARE(lookup(store, ORGSTRUCTURE_DATANAME, QStringLiteral("иван")), (QSet<TYPE_ID>{100, 101}));
+
+    // A renamed employee is found only by the new name.
+    QVERIFY(store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Сидоров")}}));
+    QCOMPARE(lookup(store, SUBJECT_SURNAME_INDEX, QStringLiteral("иван")), QSet<TYPE_ID>{101});
+    QCOMPARE(lookup(store, SUBJECT_SURNAME_INDEX, QStringLiteral("сид")), QSet<TYPE_ID>{100});
+
+    QVERIFY(store->removeObjects({101}));
+    QVERIFY(lookup(store, SUBJECT_SURNAME_INDEX, QStringLiteral("иван")).isEmpty());
+    QVERIFY(lookup(store, SUBJECT_WORKERNUM_INDEX, QStringLiteral("000124")).isEmpty());
+}
+
+void TestLocalStorage::cardIndexFindsTheOwner()
+{
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
+    QVERIFY(store->putObjects(CARD_DATANAME, {card(500, 100, 123456), card(501, 100, 777)}));
+    QCOMPARE(lookup(store, CARD_DATANAME, QStringLiteral("123456")), QSet<TYPE_ID>{100});
+    QCOMPARE(lookup(store, CARD_DATANAME, QStringLiteral("777")), QSet<TYPE_ID>{100});
+    QCOMPARE(store->cardIds(100, false), (QList<TYPE_ID>{500, 501}));
+
+    // Taking one card away keeps the owner findable by the other.
+    QVERIFY(store->removeObjects({500}));
+    QVERIFY(lookup(store, CARD_DATANAME, QStringLiteral("123456")).isEmpty());
+    QCOMPARE(lookup(store, CARD_DATANAME, QStringLiteral("777")), QSet<TYPE_ID>{100});
+
+    ObjectInfo expired = card(502, 100, 888);
+    expired.setParameter(db::card::DATE_END, QStringLiteral("2001-01-01"));
+    QVERIFY(store->putObjects(CARD_DATANAME, {expired}));
+    QCOMPARE(store->cardIds(100, true), QList<TYPE_ID>{501});
+    QCOMPARE(store->cardIds(100, false), (QList<TYPE_ID>{501, 502}));
+}
+
+void TestLocalStorage::fileRoundTrip()
+{
+    QString error;
+    QVERIFY2(store->open(path(), &error), qPrintable(error));
+    ObjectInfo root(SUBJECT_ROOT_UID, OT_SUBJECT_ROOT, {{db::common::NAME, QStringLiteral("Организация")}});
+    ObjectInfo dept(20, OT_DEPARTMENT, {{db::orgstructure::NAME, QStringLiteral("Склад")}});
+    dept.setParent(SUBJECT_ROOT_UID);
+    QVERIFY(store->putObjects(ORGSTRUCTURE_DATANAME, {root, dept}, &error));
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1")),
+                                                  worker(101, QStringLiteral("Петров"), QStringLiteral("2"), QStringLiteral("d"))},
+                              &error));
+    QVERIFY(store->setBlob(100, db::worker::PHOTO, QByteArray("ffd8ff"), &error));
+    ObjectInfo settings(2, OT_DB_SETTINGS, {{db::database::PD_DENY_STORE_USER_PHOTOS, QStringLiteral("true")}});
+    QVERIFY(store->setDbSettings(settings, &error));
+    SCHEDULE_DATA schedule;
+    schedule.id = 3;
+    schedule.name = QStringLiteral("Сменный 2/2");
+    schedule.startDate = QDate(2024, 1, 1);
+    QVERIFY(store->putSchedules({schedule}, &error));
+    _WORKER_SCHEDULE_HISTORY_RECORD_V2 assignment;
+    assignment.worker = 100;
+    assignment.scheduleId = 3;
+    assignment.startDate = QDate(2024, 2, 1);
+    QVERIFY(store->setScheduleHistory(100, {assignment}, &error));
+    _WORKER_ABSENCE_REASON absences;
+    absences.worker = 100;
+    _WORKER_ABSENCE_REASON_RECORD record;
+    record.id = 1;
+    record.reason = 40;
+    record.start = QDateTime(QDate(2024, 3, 10), QTime(0, 0), Qt::UTC);
+    record.end = QDateTime(QDate(2024, 3, 12), QTime(0, 0), Qt::UTC);
+    absences.records = {record};
+    QVERIFY(store->setAbsenceReasons(absences, &error));
+    QVERIFY(store->setPersonalSchedules(100, {schedule}, &error));
+    QVERIFY(store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Иванов-Петров")}}, &error));
+    store->close();
+
+    QVERIFY2(store->open(path(), &error), qPrintable(error));
+    QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Иванов-Петров"));
+    QVERIFY(store->constObject(101, SUBJECT_FIRED_DATANAME));
+    QCOMPARE(store->blob(100, db::worker::PHOTO), QByteArray("ffd8ff"));
+    QCOMPARE(store->dbSettings(), settings);
+    QCOMPARE(store->schedules().value(3), schedule);
+    QCOMPARE(store->scheduleHistory(100), QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2>{assignment});
+    QCOMPARE(store->absenceReasons(100), absences);
+    QCOMPARE(store->personalSchedules(100).value(3), schedule);
+    QCOMPARE(lookup(store, SUBJECT_SURNAME_INDEX, QStringLiteral("иванов-")), QSet<TYPE_ID>{100});
+    QVERIFY(store->model(ORGSTRUCTURE_DATANAME)->indexOf(100).isValid());
+    QCOMPARE(store->model(ORGSTRUCTURE_DATANAME)->parentKeys(100), (QSet<TYPE_ID>{20, SUBJECT_ROOT_UID}));
+}
+
+void TestLocalStorage::brokenFilesAreRefusedUntouched_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("random bytes") << QStringLiteral("random");
+    QTest::newRow("truncated store") << QStringLiteral("truncated");
+    QTest::newRow("foreign sqlite") << QStringLiteral("foreign");
+    QTest::newRow("newer version") << QStringLiteral("newer");
+    QTest::newRow("row that does not decode") << QStringLiteral("badrow");
+}
+
+void TestLocalStorage::brokenFilesAreRefusedUntouched()
+{
+    QFETCH(QString, kind);
+    QString error;
+    if (kind == QLatin1String("random")) {
+        QFile f(path());
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        QByteArray junk;
+        for (int i = 0; i < 5000; ++i)
+            junk.append(char(i * 7919 % 251));
+        f.write(junk);
+    } else {
+        QVERIFY(store->open(path(), &error));
+        QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
+        store->close();
+        if (kind == QLatin1String("truncated")) {
+            QFile::remove(path() + QStringLiteral("-wal"));
+            QFile::remove(path() + QStringLiteral("-shm"));
+            const QByteArray bytes = readAll(path());
+            QFile f(path());
+            QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            f.write(bytes.left(bytes.size() / 3 + 100));
+        } else {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tamper"));
+            db.setDatabaseName(path());
+            QVERIFY(db.open());
+            QSqlQuery q(db);
+            if (kind == QLatin1String("foreign"))
+                QVERIFY(q.exec(QStringLiteral("UPDATE meta SET value = 'spreadsheet' WHERE key = 'application'")));
+            else if (kind == QLatin1String("newer"))
+                QVERIFY(q.exec(QStringLiteral("UPDATE meta SET value = '99' WHERE key = 'version'")));
+            else
+                QVERIFY(q.exec(QStringLiteral("UPDATE objects SET body = x'4e564f01ffffffff' WHERE uid = 100")));
+            QVERIFY(q.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")));
+            q.finish();
+            db.close();
+            db = QSqlDatabase();
+            QSqlDatabase::removeDatabase(QStringLiteral("tamper"));
+        }
+    }
+    const QByteArray before = readAll(path());
+    error.clear();
+    QVERIFY(!store->open(path(), &error));
+    QVERIFY(!error.isEmpty());
+    QVERIFY(!store->isOpen());
+    QVERIFY(store->constObjects(SUBJECT_DATANAME)->isEmpty());
+    QCOMPARE(readAll(path()), before);
+}
+
+void TestLocalStorage::failedWriteLeavesMemoryAlone()
+{
+    QString error;
+    QVERIFY(store->open(path(), &error));
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
+    // Another connection holds the write lock: our transaction cannot commit.
+    QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("locker"));
+    other.setDatabaseName(path());
+    other.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=0"));
+    QVERIFY(other.open());
+    QSqlQuery lock(other);
+    QVERIFY(lock.exec(QStringLiteral("BEGIN IMMEDIATE")));
+
+    QSignalSpy changed(store, &LocalStorage::dataChanged);
+    QVERIFY(!store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Петров")}}, &error));
+    QVERIFY(!error.isEmpty());
+    QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Иванов"));
+    QCOMPARE(changed.size(), 0);
+    QCOMPARE(lookup(store, SUBJECT_SURNAME_INDEX, QStringLiteral("иван")), QSet<TYPE_ID>{100});
+
+    QVERIFY(lock.exec(QStringLiteral("ROLLBACK")));
+    lock.finish();
+    other.close();
+    other = QSqlDatabase();
+    QSqlDatabase::removeDatabase(QStringLiteral("locker"));
+    QVERIFY2(store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Петров")}}, &error), qPrintable(error));
+}
+
+QTEST_GUILESS_MAIN(TestLocalStorage)
+#include "tst_localstorage.moc"

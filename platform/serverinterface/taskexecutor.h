@@ -43,6 +43,9 @@ Q_SIGNALS:
     void idle();
 
 private:
+    void runNext();
+    void reply(const nivaro::TaskInfo &task, nivaro::TYPE_ID uid);
+
     QScopedPointer<TaskExecutorPrivate> d;
 };
 

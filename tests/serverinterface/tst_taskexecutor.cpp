@@ -1,0 +1,162 @@
+#include <datanames.h>
+#include <dbparams.h>
+#include <localstorage.h>
+#include <objecttypes.h>
+#include <taskexecutor.h>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace nivaro;
+
+class Receiver : public QObject
+{
+    Q_OBJECT
+public:
+    QList<unsigned int> saved;
+    QList<unsigned int> cards;
+public Q_SLOTS:
+    void savedSlot(unsigned int uid) { saved.append(uid); }
+    void saveCards(unsigned int uid, const QString &) { cards.append(uid); }
+};
+
+namespace {
+
+TaskInfo saveTask(QObject *receiver, TYPE_ID uid, const QString &type, const QHash<QString, QString> &changes,
+                  const QString &slot = QStringLiteral("savedSlot"))
+{
+    TaskInfo task;
+    task.id = TaskInfo::newId();
+    task.uid = uid;
+    task.command = QStringLiteral("save_object");
+    task.params.insert(QStringLiteral("object_type"), type);
+    for (auto it = changes.cbegin(); it != changes.cend(); ++it)
+        task.params.insert(QStringLiteral("property-%1").arg(it.key()), it.value());
+    task.widget = receiver;
+    task.slot = slot;
+    task.errorMessage = QStringLiteral("Ошибка сохранения");
+    return task;
+}
+
+} // namespace
+
+class TestTaskExecutor : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup() { LocalStorage::instance()->close(); }
+    void savesThroughTheEventLoop();
+    void failuresReplyZero_data();
+    void failuresReplyZero();
+    void reparents();
+    void slotWithTextArgument();
+    void receiverDestroyedWhileTaskIsOut();
+
+private:
+    QTemporaryDir m_dir;
+};
+
+void TestTaskExecutor::init()
+{
+    LocalStorage *store = LocalStorage::instance();
+    QString error;
+    QFile::remove(m_dir.filePath(QStringLiteral("s.db")));
+    QVERIFY2(store->open(m_dir.filePath(QStringLiteral("s.db")), &error), qPrintable(error));
+    ObjectInfo w(100, OT_WORKER, {{db::worker::LAST_NAME, QStringLiteral("Иванов")}});
+    w.setParent(20);
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {w}));
+}
+
+void TestTaskExecutor::savesThroughTheEventLoop()
+{
+    LocalStorage *store = LocalStorage::instance();
+    TaskExecutor executor(store);
+    Receiver receiver;
+    QSignalSpy changed(store, &LocalStorage::dataChanged);
+    QSignalSpy finished(&executor, &TaskExecutor::taskFinished);
+
+    executor.execute(saveTask(&receiver, 100, OT_WORKER, {{db::worker::LAST_NAME, QStringLiteral("Петров")}}));
+    executor.execute(saveTask(&receiver, 100, OT_WORKER, {{db::worker::FIRST_NAME, QStringLiteral("Пётр")}}));
+    QVERIFY(receiver.saved.isEmpty()); // not inside the call that handed it over
+    QCOMPARE(executor.pendingCount(), 2);
+
+    QTRY_COMPARE(receiver.saved, (QList<unsigned int>{100, 100}));
+    QCOMPARE(finished.size(), 2);
+    QVERIFY(finished.at(0).at(1).toBool());
+    QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Петров"));
+    QCOMPARE(store->object(100).parameter(db::worker::FIRST_NAME), QStringLiteral("Пётр"));
+    QVERIFY(changed.size() >= 2);
+    QCOMPARE(changed.at(0).at(0).toString(), SUBJECT_DATANAME);
+
+    // And it is in the file.
+    const QString file = store->fileName();
+    store->close();
+    QString error;
+    QVERIFY(store->open(file, &error));
+    QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Петров"));
+}
+
+void TestTaskExecutor::failuresReplyZero_data()
+{
+    QTest::addColumn<TYPE_ID>("uid");
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("command");
+    QTest::newRow("unknown object") << TYPE_ID(999) << OT_WORKER << QStringLiteral("save_object");
+    QTest::newRow("wrong object_type") << TYPE_ID(100) << OT_DEPARTMENT << QStringLiteral("save_object");
+    QTest::newRow("unknown command") << TYPE_ID(100) << OT_WORKER << QStringLiteral("launch_rocket");
+}
+
+void TestTaskExecutor::failuresReplyZero()
+{
+    QFETCH(TYPE_ID, uid);
+    QFETCH(QString, type);
+    QFETCH(QString, command);
+    TaskExecutor executor(LocalStorage::instance());
+    Receiver receiver;
+    QSignalSpy finished(&executor, &TaskExecutor::taskFinished);
+    TaskInfo task = saveTask(&receiver, uid, type, {{db::worker::LAST_NAME, QStringLiteral("Сидоров")}});
+    task.command = command;
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^executor: task failed")));
+    executor.execute(task);
+    QTRY_COMPARE(receiver.saved, QList<unsigned int>{0});
+    QCOMPARE(finished.size(), 1);
+    QVERIFY(!finished.at(0).at(1).toBool());
+    QVERIFY(!finished.at(0).at(2).toString().isEmpty());
+    QVERIFY(!executor.lastError().isEmpty());
+    QCOMPARE(LocalStorage::instance()->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Иванов"));
+}
+
+void TestTaskExecutor::reparents()
+{
+    TaskExecutor executor(LocalStorage::instance());
+    Receiver receiver;
+    TaskInfo task = saveTask(&receiver, 100, OT_WORKER, {});
+    task.params.insert(QStringLiteral("parent"), 21u);
+    executor.execute(task);
+    QTRY_COMPARE(receiver.saved, QList<unsigned int>{100});
+    QCOMPARE(LocalStorage::instance()->object(100).parent(), 21u);
+}
+
+void TestTaskExecutor::slotWithTextArgument()
+{
+    TaskExecutor executor(LocalStorage::instance());
+    Receiver receiver;
+    executor.execute(saveTask(&receiver, 100, OT_WORKER, {}, QStringLiteral("saveCards")));
+    QTRY_COMPARE(receiver.cards, QList<unsigned int>{100});
+}
+
+void TestTaskExecutor::receiverDestroyedWhileTaskIsOut()
+{
+    TaskExecutor executor(LocalStorage::instance());
+    QSignalSpy finished(&executor, &TaskExecutor::taskFinished);
+    auto *receiver = new Receiver;
+    executor.execute(saveTask(receiver, 100, OT_WORKER, {{db::worker::LAST_NAME, QStringLiteral("Сидоров")}}));
+    delete receiver;
+    QTRY_COMPARE(finished.size(), 1);
+    // The work is done even though nobody hears the answer.
+    QCOMPARE(LocalStorage::instance()->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Сидоров"));
+}
+
+QTEST_GUILESS_MAIN(TestTaskExecutor)
+#include "tst_taskexecutor.moc"

@@ -21,7 +21,7 @@ public:
     bool isRowHidden(int row) const;
     // Selects the first item whose Qt::UserRole data equals `data`
     // (compared as text); returns false and leaves the selection when none.
-    bool setCurrentData(const QVariant &data);
+    bool setCurrentData(const QVariant &value);
 
     void setReadOnly(bool readOnly);
     bool isReadOnly() const;

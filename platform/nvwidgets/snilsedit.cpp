@@ -1,0 +1,62 @@
+#include "snilsedit.h"
+
+#include <QRegularExpression>
+
+namespace {
+QString digitsOf(const QString &text)
+{
+    QString digits;
+    for (const QChar c : text) {
+        if (c.isDigit())
+            digits += c;
+    }
+    return digits;
+}
+} // namespace
+
+SnilsEdit::SnilsEdit(QWidget *parent)
+    : QLineEdit(parent)
+{
+    setInputMask(QStringLiteral("999-999-999 99;_"));
+    setPlaceholderText(QStringLiteral("XXX-XXX-XXX YY"));
+    connect(this, &QLineEdit::textChanged, this, [this] { emit snilsChanged(snils()); });
+}
+
+QString SnilsEdit::snils() const
+{
+    return digitsOf(text());
+}
+
+void SnilsEdit::setSnils(const QString &snils)
+{
+    const QString digits = digitsOf(snils).left(11);
+    if (digits.isEmpty()) {
+        clear();
+        return;
+    }
+    setText(digits);
+}
+
+bool SnilsEdit::isAcceptable() const
+{
+    return isValidSnils(snils());
+}
+
+bool SnilsEdit::isValidSnils(const QString &digits)
+{
+    static const QRegularExpression eleven(QStringLiteral("^\\d{11}$"));
+    if (!eleven.match(digits).hasMatch())
+        return false;
+    // Numbers up to 001-001-998 were issued before check sums existed.
+    if (digits.leftRef(9).toInt() <= 1001998)
+        return true;
+    int sum = 0;
+    for (int i = 0; i < 9; ++i)
+        sum += digits.at(i).digitValue() * (9 - i);
+    int check = sum;
+    if (sum == 100 || sum == 101)
+        check = 0;
+    else if (sum > 101)
+        check = sum % 101 == 100 ? 0 : sum % 101;
+    return digits.rightRef(2).toInt() == check;
+}

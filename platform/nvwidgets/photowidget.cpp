@@ -18,7 +18,9 @@ PhotoWidget::PhotoWidget(QWidget *parent)
 {
     m_picture->setObjectName(QStringLiteral("photoLabel"));
     m_picture->setAlignment(Qt::AlignCenter);
-    m_picture->setMinimumSize(120, 160);
+    // A fixed frame: a label sized by its pixmap would push the whole form
+    // wider than the panel whenever a large photo is shown.
+    m_picture->setFixedSize(150, 200);
     m_picture->setFrameShape(QFrame::StyledPanel);
 
     m_loadButton->setObjectName(QStringLiteral("loadPhotoButton"));
@@ -113,12 +115,6 @@ void PhotoWidget::clearPhoto()
     emit imageChanged(m_photo);
 }
 
-void PhotoWidget::resizeEvent(QResizeEvent *event)
-{
-    QWidget::resizeEvent(event);
-    showCurrent();
-}
-
 void PhotoWidget::showCurrent()
 {
     const QPixmap &shown = m_photo.isNull() ? m_default : m_photo;
@@ -126,6 +122,6 @@ void PhotoWidget::showCurrent()
         m_picture->setPixmap(QPixmap());
         return;
     }
-    const QSize room = m_picture->contentsRect().size().boundedTo(shown.size());
-    m_picture->setPixmap(shown.scaled(room.isValid() ? room : shown.size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    const QSize room = m_picture->contentsRect().size();
+    m_picture->setPixmap(shown.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation));
 }

@@ -40,9 +40,6 @@ public Q_SLOTS:
 Q_SIGNALS:
     void imageChanged(const QPixmap &photo);
 
-protected:
-    void resizeEvent(QResizeEvent *event) override;
-
 private:
     void showCurrent();
 

@@ -14,11 +14,14 @@ QString digitsOf(const QString &text)
 }
 } // namespace
 
+namespace {
+const QString Mask = QStringLiteral("999-999-999 99;_");
+}
+
 SnilsEdit::SnilsEdit(QWidget *parent)
     : QLineEdit(parent)
 {
-    setInputMask(QStringLiteral("999-999-999 99;_"));
-    setPlaceholderText(QStringLiteral("XXX-XXX-XXX YY"));
+    setInputMask(Mask);
     connect(this, &QLineEdit::textChanged, this, [this] { emit snilsChanged(snils()); });
 }
 
@@ -27,8 +30,32 @@ QString SnilsEdit::snils() const
     return digitsOf(text());
 }
 
+void SnilsEdit::showPlaceholder(const QString &text)
+{
+    const QSignalBlocker blocker(this);
+    setInputMask(QString());
+    clear();
+    setPlaceholderText(text);
+}
+
+void SnilsEdit::restoreMask()
+{
+    if (inputMask().isEmpty()) {
+        const QSignalBlocker blocker(this);
+        setPlaceholderText(QString());
+        setInputMask(Mask);
+    }
+}
+
+void SnilsEdit::focusInEvent(QFocusEvent *event)
+{
+    restoreMask();
+    QLineEdit::focusInEvent(event);
+}
+
 void SnilsEdit::setSnils(const QString &snils)
 {
+    restoreMask();
     const QString digits = digitsOf(snils).left(11);
     if (digits.isEmpty()) {
         clear();

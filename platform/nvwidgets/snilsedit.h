@@ -24,8 +24,19 @@ public:
     bool isAcceptable() const;
     static bool isValidSnils(const QString &digits);
 
+    // Shows an empty field with this placeholder (e.g. for differing values
+    // of several employees). The mask would hide a placeholder, so it is
+    // lifted until the user starts typing or a number is set.
+    void showPlaceholder(const QString &text);
+
+protected:
+    void focusInEvent(QFocusEvent *event) override;
+
 Q_SIGNALS:
     void snilsChanged(const QString &snils);
+
+private:
+    void restoreMask();
 };
 
 #endif

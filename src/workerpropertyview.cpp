@@ -1,0 +1,707 @@
+#include "workerpropertyview.h"
+
+#include "nvdialogsutils.h"
+#include "ui_workerpropertyview.h"
+
+#include <datanames.h>
+#include <dbparams.h>
+#include <innvalidator.h>
+#include <localstorage.h>
+#include <nvglobals.h>
+#include <nvguiglobals.h>
+
+#include <QAbstractItemView>
+#include <QCursor>
+#include <QDebug>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QStandardItemModel>
+#include <QTextDocument>
+#include <QTimer>
+#include <QToolTip>
+
+#include <algorithm>
+
+using nivaro::ObjectInfo;
+
+namespace {
+
+const QUrl PhotoResource(QStringLiteral("nvsheet://photo"));
+
+QString mixedText()
+{
+    return QCoreApplication::translate("WorkerPropertyView", "(разные значения)");
+}
+
+struct Country
+{
+    QString code;
+    QString name;
+};
+
+// The sorted country list is the same for every view of the process;
+// sorting 253 translated names per view would dominate its construction.
+const QVector<Country> &sortedCountries()
+{
+    static const QVector<Country> countries = [] {
+        const QStringList near = NVDialogsUtils::getNearAbroadCodes();
+        QVector<Country> list;
+        const QList<StateRegistryInfo> registry = NVDialogsUtils::getStatesRegistry();
+        for (const StateRegistryInfo &state : registry)
+            list.append({state.code, NVDialogsUtils::translateState(state.name)});
+        // Near abroad first, then by name. Equal names may come in either
+        // order; the stable sort keeps them by code.
+        std::stable_sort(list.begin(), list.end(), [&near](const Country &a, const Country &b) {
+            const bool nearA = near.contains(a.code);
+            const bool nearB = near.contains(b.code);
+            if (nearA != nearB)
+                return nearA;
+            return a.name < b.name;
+        });
+        return list;
+    }();
+    return countries;
+}
+
+QString escaped(const QString &text)
+{
+    return text.toHtmlEscaped();
+}
+
+} // namespace
+
+WorkerPropertyView::WorkerPropertyView(QWidget *parent)
+    : PropertyBaseWidget(parent)
+    , ui(new Ui::WorkerPropertyView)
+    , m_innValidator(new INNValidator(INNValidator::Personal, this))
+    , m_refreshTimer(new QTimer(this))
+{
+    ui->setupUi(this);
+    ui->leInn->setValidator(m_innValidator);
+    // Sized by its longest country name, the list would push the form far
+    // wider than the panel; the popup still shows whole names.
+    ui->cbCitizenship->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    ui->cbCitizenship->setMinimumContentsLength(16);
+    ui->cbCitizenship->view()->setMinimumWidth(420);
+    ui->cbGender->addItem(tr("Не задан"), 0);
+    ui->cbGender->addItem(tr("Мужской"), 1);
+    ui->cbGender->addItem(tr("Женский"), 2);
+    ui->photoWidget->setDefaultPicture(QPixmap(QStringLiteral(":/accessctl/no_photo")));
+    initCitizenship();
+    init();
+
+    // Many tasks answered in a row each report changed data; one refresh
+    // after the burst is enough.
+    m_refreshTimer->setSingleShot(true);
+    m_refreshTimer->setInterval(0);
+    connect(m_refreshTimer, &QTimer::timeout, this, &WorkerPropertyView::refreshFromStore);
+    connect(nivaro::LocalStorage::instance(), &nivaro::LocalStorage::dataChanged, this,
+            &WorkerPropertyView::dataChanged);
+    setCurrent({});
+}
+
+WorkerPropertyView::~WorkerPropertyView() = default;
+
+QString WorkerPropertyView::widgetUid() const
+{
+    return QStringLiteral("WorkerPropertyView");
+}
+
+void WorkerPropertyView::init()
+{
+    connect(ui->leSurname, &QLineEdit::textChanged, this, &WorkerPropertyView::surnameEdited);
+    connect(ui->leName, &QLineEdit::textChanged, this, &WorkerPropertyView::nameEdited);
+    connect(ui->lePatronymic, &QLineEdit::textChanged, this, &WorkerPropertyView::patronymicEdited);
+    connect(ui->photoWidget, &PhotoWidget::imageChanged, this, &WorkerPropertyView::photoEdited);
+    connect(ui->cbGender, qOverload<int>(&QComboBox::activated), this, &WorkerPropertyView::genderEdited);
+    connect(ui->leDocType, &QLineEdit::textChanged, this, &WorkerPropertyView::docTypeEdited);
+    connect(ui->leDocSeries, &QLineEdit::textChanged, this, &WorkerPropertyView::docSeriesEdited);
+    connect(ui->leDocNumber, &QLineEdit::textChanged, this, &WorkerPropertyView::docNumberEdited);
+    connect(ui->deBirthday, &QDateEdit::editingFinished, this, &WorkerPropertyView::birthdayEdited);
+    connect(ui->teDescription, &QPlainTextEdit::textChanged, this, &WorkerPropertyView::descriptionEdited);
+    connect(ui->leSnils, &SnilsEdit::snilsChanged, this, &WorkerPropertyView::snilsEdited);
+    connect(ui->leInn, &QLineEdit::textChanged, this, &WorkerPropertyView::innChanged);
+    connect(ui->pbPrint, &QPushButton::clicked, this, &WorkerPropertyView::printDocuments);
+}
+
+void WorkerPropertyView::initCitizenship()
+{
+    auto *model = qobject_cast<QStandardItemModel *>(ui->cbCitizenship->model());
+    Q_ASSERT(model);
+    QList<QStandardItem *> items;
+    const QVector<Country> &countries = sortedCountries();
+    items.reserve(countries.size() + 2);
+    auto item = [](const QString &text, const QString &code) {
+        auto *i = new QStandardItem(text);
+        i->setData(code, Qt::UserRole);
+        return i;
+    };
+    items.append(item(mixedText(), QStringLiteral("-1")));
+    items.append(item(tr("Не задано"), QStringLiteral("0")));
+    for (const Country &c : countries)
+        items.append(item(c.name, c.code));
+    // One insertion for all rows: a row at a time would notify the combo
+    // and its filter 255 times.
+    model->invisibleRootItem()->appendRows(items);
+    ui->cbCitizenship->setRowHidden(0, true);
+    connect(ui->cbCitizenship, qOverload<int>(&QComboBox::activated), this, &WorkerPropertyView::citizenshipActivated);
+}
+
+// ---- Showing ---------------------------------------------------------------
+
+void WorkerPropertyView::setCurrent(const nivaro::NVHash<unsigned int, ObjectInfo> &objects)
+{
+    m_objects = objects;
+    m_uids = objects.uniqueKeys();
+    m_edited.clear();
+    m_pending.clear();
+    m_loading = true;
+    enableControls();
+    showValues();
+    m_loading = false;
+    NVDialogsUtils::DisableChildrenIfFired(m_objects, this);
+    emit enableSave(widgetUid(), true);
+}
+
+void WorkerPropertyView::showValues()
+{
+    // Whether every selected object holds the same value for key; absent
+    // keys read as the empty text.
+    auto uniform = [this](const QString &key, QString *value) {
+        bool first = true;
+        for (auto it = m_objects.cbegin(); it != m_objects.cend(); ++it) {
+            const QString v = it->parameter(key);
+            if (first) {
+                *value = v;
+                first = false;
+            } else if (v != *value) {
+                return false;
+            }
+        }
+        if (first)
+            value->clear();
+        return true;
+    };
+    auto showText = [&](QLineEdit *edit, const QString &key, const QString &placeholder) {
+        QString value;
+        if (uniform(key, &value)) {
+            edit->setText(value);
+            edit->setPlaceholderText(placeholder);
+        } else {
+            edit->clear();
+            edit->setPlaceholderText(mixedText());
+        }
+    };
+    showText(ui->leSurname, db::worker::LAST_NAME, QString());
+    showText(ui->leName, db::worker::FIRST_NAME, QString());
+    showText(ui->lePatronymic, db::worker::MIDDLE_NAME, QString());
+    showText(ui->leDocType, db::worker::DOC_TYPE, QString());
+    showText(ui->leDocSeries, db::worker::DOC_SERIES, QString());
+    showText(ui->leDocNumber, db::worker::DOC_NUMBER, QString());
+    showText(ui->leInn, db::orgstructure::common::INN, tr("12 цифр"));
+    showText(ui->leExtId, db::common::EXT_GUID, QString());
+
+    QString value;
+    if (uniform(db::worker::SNILS, &value))
+        ui->leSnils->setSnils(value);
+    else
+        ui->leSnils->showPlaceholder(mixedText());
+
+    if (uniform(db::worker::DESCRIPTION, &value)) {
+        ui->teDescription->setPlainText(value);
+        ui->teDescription->setPlaceholderText(QString());
+    } else {
+        ui->teDescription->clear();
+        ui->teDescription->setPlaceholderText(mixedText());
+    }
+
+    ui->deBirthday->setSpecialValueText(QStringLiteral(" "));
+    if (uniform(db::worker::BIRTHDAY, &value)) {
+        const QDate date = QDate::fromString(value, Qt::ISODate);
+        if (!value.isEmpty() && !date.isValid())
+            qDebug() << "worker view: unreadable birthday" << value;
+        ui->deBirthday->setDateOrClear(date);
+    } else {
+        ui->deBirthday->clear();
+        ui->deBirthday->setSpecialValueText(mixedText());
+    }
+
+    // The mixed row of the sex list exists only while it is needed.
+    const bool genderMixedRow = ui->cbGender->itemData(0).toInt() == -1;
+    if (uniform(db::worker::GENDER, &value)) {
+        if (genderMixedRow)
+            ui->cbGender->removeItem(0);
+        if (!ui->cbGender->setCurrentData(QString::number(value.toUInt())))
+            ui->cbGender->setCurrentIndex(0);
+    } else {
+        if (!genderMixedRow)
+            ui->cbGender->insertItem(0, mixedText(), -1);
+        ui->cbGender->setCurrentIndex(0);
+    }
+
+    if (uniform(db::worker::CITIZENSHIP_CODE, &value)) {
+        if (!ui->cbCitizenship->setCurrentData(value.isEmpty() ? QStringLiteral("0") : value)) {
+            qDebug() << "worker view: unknown citizenship code" << value;
+            ui->cbCitizenship->setCurrentIndex(1);
+        }
+    } else {
+        ui->cbCitizenship->setCurrentIndex(0);
+    }
+
+    QPixmap photo;
+    if (!photosDenied() && m_uids.size() == 1) {
+        const QByteArray hex = nivaro::LocalStorage::instance()->blob(m_uids.constFirst(), db::worker::PHOTO);
+        if (!hex.isEmpty()) {
+            photo = QPixmap::fromImage(NVGuiGlobals::imageFromDB(QByteArray::fromHex(hex)));
+            if (photo.isNull())
+                qDebug() << "worker view: photo blob is no image" << m_uids.constFirst();
+        }
+    }
+    ui->photoWidget->setPhoto(photo);
+    ui->photoWidget->setDefaultPicture(QPixmap(photosDenied() ? QStringLiteral(":/accessctl/fz152")
+                                                              : QStringLiteral(":/accessctl/no_photo")));
+
+    ui->leDbId->setText(m_uids.isEmpty() ? QString() : QString::number(m_uids.constFirst()));
+}
+
+void WorkerPropertyView::enableControls()
+{
+    const bool any = !m_uids.isEmpty();
+    const QList<QWidget *> editors = {ui->leSurname, ui->leName, ui->lePatronymic, ui->cbGender, ui->deBirthday,
+                                      ui->cbCitizenship, ui->leDocType, ui->leDocSeries, ui->leDocNumber,
+                                      ui->leSnils, ui->leInn, ui->teDescription, ui->leDbId, ui->leExtId};
+    for (QWidget *w : editors)
+        w->setEnabled(any);
+    ui->photoWidget->setButtonsEnabled(any && !m_readOnly && !photosDenied());
+    ui->pbPrint->setEnabled(m_uids.size() == 1);
+    if (any)
+        enablePersonalDataFields(m_restrictions);
+}
+
+bool WorkerPropertyView::photosDenied() const
+{
+    return nivaro::LocalStorage::instance()->dbSettings().parameter(db::database::PD_DENY_STORE_USER_PHOTOS)
+        == QLatin1String("true");
+}
+
+void WorkerPropertyView::setReadOnly(bool readOnly)
+{
+    m_readOnly = readOnly;
+    for (QLineEdit *edit : {ui->leSurname, ui->leName, ui->lePatronymic, ui->leDocType, ui->leDocSeries,
+                            ui->leDocNumber, static_cast<QLineEdit *>(ui->leSnils), ui->leInn})
+        edit->setReadOnly(readOnly);
+    ui->cbGender->setReadOnly(readOnly);
+    ui->cbCitizenship->setReadOnly(readOnly);
+    ui->deBirthday->setReadOnly(readOnly);
+    ui->teDescription->setReadOnly(readOnly);
+    ui->photoWidget->setButtonsEnabled(!readOnly && !m_uids.isEmpty() && !photosDenied());
+}
+
+void WorkerPropertyView::setBlobData(const QHash<unsigned int, QHash<QString, QByteArray>> &blobs)
+{
+    if (m_uids.size() != 1 || photosDenied())
+        return;
+    const QByteArray hex = blobs.value(m_uids.constFirst()).value(db::worker::PHOTO);
+    if (hex.isEmpty())
+        return;
+    const QImage image = NVGuiGlobals::imageFromDB(QByteArray::fromHex(hex));
+    if (image.isNull()) {
+        qDebug() << "worker view: blob photo is no image" << m_uids.constFirst();
+        return;
+    }
+    ui->photoWidget->setPhoto(QPixmap::fromImage(image));
+}
+
+void WorkerPropertyView::enablePersonalDataFields(const QMap<QString, bool> &restrictions)
+{
+    using namespace db::database::json;
+    m_restrictions = restrictions;
+    const bool any = !m_uids.isEmpty();
+    const QList<QPair<QString, QWidget *>> fields = {
+        {PERSONAL_GENERAL_NAME, ui->leName},
+        {PERSONAL_GENERAL_PATRONYMIC, ui->lePatronymic},
+        {PERSONAL_GENERAL_SEX, ui->cbGender},
+        {PERSONAL_GENERAL_BIRTHDATE, ui->deBirthday},
+        {PERSONAL_GENERAL_CITIZENSHIP, ui->cbCitizenship},
+        {PERSONAL_DOCUMENT_TYPE, ui->leDocType},
+        {PERSONAL_DOCUMENT_SERIES, ui->leDocSeries},
+        {PERSONAL_DOCUMENT_NUMBER, ui->leDocNumber},
+        {PERSONAL_DOCUMENT_SNILS, ui->leSnils},
+        {PERSONAL_DOCUMENT_INN, ui->leInn},
+    };
+    for (const auto &field : fields)
+        field.second->setEnabled(any && !restrictions.value(field.first, false));
+    ui->photoWidget->setDefaultPicture(QPixmap(photosDenied() ? QStringLiteral(":/accessctl/fz152")
+                                                              : QStringLiteral(":/accessctl/no_photo")));
+}
+
+// ---- Editing ---------------------------------------------------------------
+
+void WorkerPropertyView::edited(const QString &key)
+{
+    m_edited.insert(key);
+    emit dataEdited();
+}
+
+// Save is possible while the surname is not emptied and the INN is empty or
+// complete and right. Both are checked together, so fixing one field never
+// re-enables Save while the other is still wrong.
+void WorkerPropertyView::updateSaveState()
+{
+    const bool surnameOk = !m_edited.contains(db::worker::LAST_NAME) || !ui->leSurname->text().isEmpty();
+    QString inn = ui->leInn->text();
+    int pos = 0;
+    const bool innOk = !m_edited.contains(db::orgstructure::common::INN) || inn.isEmpty()
+        || m_innValidator->validate(inn, pos) == QValidator::Acceptable;
+    emit enableSave(widgetUid(), surnameOk && innOk);
+}
+
+void WorkerPropertyView::surnameEdited(const QString &)
+{
+    if (m_loading)
+        return;
+    edited(db::worker::LAST_NAME);
+    ui->leSurname->setPlaceholderText(QString());
+    updateSaveState();
+}
+
+void WorkerPropertyView::nameEdited(const QString &)
+{
+    if (m_loading)
+        return;
+    edited(db::worker::FIRST_NAME);
+    ui->leName->setPlaceholderText(QString());
+}
+
+void WorkerPropertyView::patronymicEdited(const QString &)
+{
+    if (m_loading)
+        return;
+    edited(db::worker::MIDDLE_NAME);
+    ui->lePatronymic->setPlaceholderText(QString());
+}
+
+void WorkerPropertyView::photoEdited(const QPixmap &)
+{
+    if (m_loading)
+        return;
+    m_edited.insert(db::worker::PHOTO);
+    edited(db::worker::PHOTO_PREVIEW);
+}
+
+void WorkerPropertyView::genderEdited(int index)
+{
+    if (m_loading || ui->cbGender->itemData(index).toInt() == -1)
+        return;
+    edited(db::worker::GENDER);
+}
+
+void WorkerPropertyView::docTypeEdited(const QString &)
+{
+    if (m_loading)
+        return;
+    edited(db::worker::DOC_TYPE);
+    ui->leDocType->setPlaceholderText(QString());
+}
+
+void WorkerPropertyView::docSeriesEdited(const QString &)
+{
+    if (m_loading)
+        return;
+    edited(db::worker::DOC_SERIES);
+    ui->leDocSeries->setPlaceholderText(QString());
+}
+
+void WorkerPropertyView::docNumberEdited(const QString &)
+{
+    if (m_loading)
+        return;
+    edited(db::worker::DOC_NUMBER);
+    ui->leDocNumber->setPlaceholderText(QString());
+}
+
+void WorkerPropertyView::birthdayEdited()
+{
+    if (m_loading)
+        return;
+    // editingFinished also fires when the field merely loses focus: only a
+    // date that differs from what was shown is an edit, or a mixed
+    // selection would get its birthdays cleared by a stray click.
+    const bool mixed = ui->deBirthday->specialValueText() == mixedText();
+    if (mixed && ui->deBirthday->isEmpty())
+        return;
+    if (!mixed && !m_edited.contains(db::worker::BIRTHDAY)
+        && shownValue(db::worker::BIRTHDAY)
+            == (m_objects.isEmpty() ? QString() : m_objects.cbegin()->parameter(db::worker::BIRTHDAY)))
+        return;
+    ui->deBirthday->setSpecialValueText(QStringLiteral(" "));
+    edited(db::worker::BIRTHDAY);
+}
+
+void WorkerPropertyView::descriptionEdited()
+{
+    if (m_loading)
+        return;
+    edited(db::worker::DESCRIPTION);
+    ui->teDescription->setPlaceholderText(QString());
+}
+
+void WorkerPropertyView::snilsEdited(const QString &)
+{
+    if (m_loading)
+        return;
+    edited(db::worker::SNILS);
+}
+
+void WorkerPropertyView::innChanged(const QString &)
+{
+    if (m_loading)
+        return;
+    edited(db::orgstructure::common::INN);
+    ui->leInn->setPlaceholderText(tr("12 цифр"));
+    updateSaveState();
+}
+
+void WorkerPropertyView::citizenshipActivated(int index)
+{
+    if (m_loading || ui->cbCitizenship->itemData(index).toString() == QLatin1String("-1"))
+        return;
+    edited(db::worker::CITIZENSHIP_CODE);
+}
+
+// ---- Saving ----------------------------------------------------------------
+
+// The control's value in the store's encoding; a null text for a control
+// that shows the mixed-values row, which is never written.
+QString WorkerPropertyView::shownValue(const QString &key) const
+{
+    if (key == db::worker::LAST_NAME)
+        return ui->leSurname->text();
+    if (key == db::worker::FIRST_NAME)
+        return ui->leName->text();
+    if (key == db::worker::MIDDLE_NAME)
+        return ui->lePatronymic->text();
+    if (key == db::worker::DOC_TYPE)
+        return ui->leDocType->text();
+    if (key == db::worker::DOC_SERIES)
+        return ui->leDocSeries->text();
+    if (key == db::worker::DOC_NUMBER)
+        return ui->leDocNumber->text();
+    if (key == db::orgstructure::common::INN)
+        return ui->leInn->text();
+    if (key == db::worker::SNILS)
+        return ui->leSnils->snils();
+    if (key == db::worker::DESCRIPTION)
+        return ui->teDescription->toPlainText();
+    if (key == db::worker::BIRTHDAY) {
+        const QDate date = ui->deBirthday->dateOrNull();
+        return date.isValid() ? date.toString(Qt::ISODate) : QStringLiteral("");
+    }
+    if (key == db::worker::GENDER) {
+        const int value = ui->cbGender->currentData().toInt();
+        return value < 0 ? QString() : QString::number(value);
+    }
+    if (key == db::worker::CITIZENSHIP_CODE) {
+        const QString code = ui->cbCitizenship->currentData().toString();
+        return code == QLatin1String("-1") ? QString() : code;
+    }
+    if (key == db::worker::PHOTO || key == db::worker::PHOTO_PREVIEW) {
+        const QPixmap photo = ui->photoWidget->photo();
+        if (photo.isNull())
+            return QStringLiteral("");
+        if (key == db::worker::PHOTO)
+            return QString::fromLatin1(NVGuiGlobals::imageToDB(photo.toImage(), 50).toHex());
+        const QImage preview = photo.toImage().scaled(64, 64, Qt::KeepAspectRatio, Qt::FastTransformation);
+        return QString::fromLatin1(NVGuiGlobals::imageToDB(preview, 45).toHex());
+    }
+    return QString();
+}
+
+QHash<unsigned int, QHash<QString, QString>> WorkerPropertyView::changedObjects() const
+{
+    // Each control's value is taken once; only the comparison is per object.
+    QHash<QString, QString> values;
+    for (const QString &key : m_edited) {
+        const bool photoKey = key == db::worker::PHOTO || key == db::worker::PHOTO_PREVIEW;
+        if (photoKey && photosDenied())
+            continue;
+        const QString value = shownValue(key);
+        if (!value.isNull())
+            values.insert(key, value);
+    }
+    QHash<unsigned int, QHash<QString, QString>> changed;
+    if (values.isEmpty())
+        return changed;
+    for (unsigned int uid : m_uids) {
+        const ObjectInfo object = m_objects.value(uid);
+        QHash<QString, QString> mine;
+        for (auto it = values.cbegin(); it != values.cend(); ++it) {
+            // Photos live as blobs, not in the record: an edited photo is
+            // always sent, a cleared one too.
+            const bool photoKey = it.key() == db::worker::PHOTO || it.key() == db::worker::PHOTO_PREVIEW;
+            if (photoKey || object.parameter(it.key()) != it.value())
+                mine.insert(it.key(), it.value());
+        }
+        if (!mine.isEmpty())
+            changed.insert(uid, mine);
+    }
+    return changed;
+}
+
+void WorkerPropertyView::applyChanges()
+{
+    if (m_uids.isEmpty())
+        return;
+    const QHash<unsigned int, QHash<QString, QString>> changed = changedObjects();
+    const QString startText = tr("Сохранение параметров сотрудника %1");
+    const QString errorText = tr("Ошибка сохранения параметров сотрудника %1");
+    for (unsigned int uid : qAsConst(m_uids)) {
+        const auto it = changed.constFind(uid);
+        if (it == changed.cend())
+            continue;
+        m_pending.insert(uid, *it);
+        emit appendTask(makeSaveTask(m_objects.value(uid), *it, startText, errorText));
+    }
+}
+
+void WorkerPropertyView::rejectChanges()
+{
+    m_edited.clear();
+    m_loading = true;
+    enableControls();
+    showValues();
+    m_loading = false;
+    NVDialogsUtils::DisableChildrenIfFired(m_objects, this);
+    emit enableSave(widgetUid(), true);
+}
+
+void WorkerPropertyView::saved(unsigned int uid)
+{
+    // 0 is a failed save: the edits stay for the operator to fix and retry.
+    const auto it = m_pending.find(uid);
+    if (uid == 0 || it == m_pending.end())
+        return;
+    ObjectInfo object = m_objects.value(uid);
+    for (auto change = it->cbegin(); change != it->cend(); ++change) {
+        if (change.key() == db::worker::PHOTO || change.key() == db::worker::PHOTO_PREVIEW)
+            continue;
+        object.setParameter(change.key(), change.value());
+    }
+    m_objects.replace(uid, object);
+    m_pending.erase(it);
+    if (m_pending.isEmpty()) {
+        m_edited.clear();
+        for (QLineEdit *edit : {ui->leSurname, ui->leName, ui->lePatronymic, ui->leDocType, ui->leDocSeries,
+                                ui->leDocNumber, ui->leExtId})
+            if (edit->placeholderText() == mixedText() && !edit->text().isEmpty())
+                edit->setPlaceholderText(QString());
+        emit dataSaved();
+    }
+    emit showMessage(tr("Параметры сохранены"));
+}
+
+void WorkerPropertyView::dataChanged(const QString &dataname, const QList<unsigned int> &uids)
+{
+    if (dataname != nivaro::SUBJECT_DATANAME && dataname != nivaro::SUBJECT_FIRED_DATANAME)
+        return;
+    if (std::any_of(uids.cbegin(), uids.cend(), [this](unsigned int uid) { return m_objects.contains(uid); }))
+        m_refreshTimer->start();
+}
+
+void WorkerPropertyView::refreshFromStore()
+{
+    if (!m_pending.isEmpty())
+        return; // our own saves are still coming back; saved() handles them
+    nivaro::LocalStorage *storage = nivaro::LocalStorage::instance();
+    const QStringList datanames = {nivaro::SUBJECT_DATANAME, nivaro::SUBJECT_FIRED_DATANAME};
+    nivaro::NVHash<unsigned int, ObjectInfo> fresh;
+    fresh.reserve(m_uids.size());
+    for (unsigned int uid : qAsConst(m_uids)) {
+        if (const ObjectInfo *object = storage->constObject(uid, datanames))
+            fresh.insert(uid, *object);
+    }
+    if (m_edited.isEmpty()) {
+        setCurrent(fresh);
+    } else {
+        // The operator is typing: keep what is in the controls, but compare
+        // against the new stored values, so that only real changes are sent.
+        m_objects = fresh;
+        m_uids = fresh.uniqueKeys();
+    }
+}
+
+void WorkerPropertyView::validated(bool ok)
+{
+    if (ok) {
+        emit validationOk();
+        return;
+    }
+    QToolTip::showText(QCursor::pos(), tr("Сотрудник с таким табельным номером уже существует"), this);
+}
+
+// ---- Printing --------------------------------------------------------------
+
+QString WorkerPropertyView::citizenshipName(const QString &code) const
+{
+    const int row = ui->cbCitizenship->findData(code);
+    return row > 0 ? ui->cbCitizenship->itemText(row) : QString();
+}
+
+QString WorkerPropertyView::personalDataSheet() const
+{
+    auto shown = [](const QString &text, const QString &placeholder) {
+        return text.isEmpty() && placeholder == mixedText() ? mixedText() : text;
+    };
+    const QString snils = ui->leSnils->snils();
+    const QString snilsText = snils.size() == 11 ? ui->leSnils->text() : shown(snils, ui->leSnils->placeholderText());
+    const QString birthday = ui->deBirthday->isEmpty()
+        ? (ui->deBirthday->specialValueText() == mixedText() ? mixedText() : QString())
+        : ui->deBirthday->date().toString(QStringLiteral("dd.MM.yyyy"));
+    const QString document = QStringList{ui->leDocType->text(), ui->leDocSeries->text(), ui->leDocNumber->text()}
+                                 .join(QLatin1Char(' '))
+                                 .simplified();
+    const QString name = QStringList{ui->leSurname->text(), ui->leName->text(), ui->lePatronymic->text()}
+                             .join(QLatin1Char(' '))
+                             .simplified();
+
+    const QList<QPair<QString, QString>> rows = {
+        {tr("Фамилия"), shown(ui->leSurname->text(), ui->leSurname->placeholderText())},
+        {tr("Имя"), shown(ui->leName->text(), ui->leName->placeholderText())},
+        {tr("Отчество"), shown(ui->lePatronymic->text(), ui->lePatronymic->placeholderText())},
+        {tr("Пол"), ui->cbGender->currentText()},
+        {tr("Дата рождения"), birthday},
+        {tr("Гражданство"), ui->cbCitizenship->currentIndex() == 0 ? mixedText() : ui->cbCitizenship->currentText()},
+        {tr("Документ"), document},
+        {tr("СНИЛС"), snilsText},
+        {tr("ИНН"), ui->leInn->text()},
+        {tr("Табельный номер"), m_objects.isEmpty() ? QString() : m_objects.cbegin()->parameter(db::worker::WORKERNUM)},
+        {tr("Дополнительные сведения"), ui->teDescription->toPlainText()},
+    };
+    QString html = QStringLiteral("<html><body><h2>%1</h2><h3>%2</h3><table cellpadding=\"4\">")
+                       .arg(escaped(tr("Личные данные сотрудника")), escaped(name));
+    if (!photosDenied() && ui->photoWidget->hasPhoto())
+        html += QStringLiteral("<tr><td colspan=\"2\"><img src=\"%1\" width=\"120\"></td></tr>").arg(PhotoResource.toString());
+    for (const auto &row : rows)
+        html += QStringLiteral("<tr><td><b>%1</b></td><td>%2</td></tr>").arg(escaped(row.first), escaped(row.second));
+    html += QStringLiteral("</table><p>%1</p></body></html>")
+                .arg(escaped(tr("Идентификатор БД: %1").arg(ui->leDbId->text())));
+    return html;
+}
+
+void WorkerPropertyView::printDocuments()
+{
+    QTextDocument document;
+    if (ui->photoWidget->hasPhoto())
+        document.addResource(QTextDocument::ImageResource, PhotoResource, ui->photoWidget->photo().toImage());
+    document.setHtml(personalDataSheet());
+    openPrintPreview(&document);
+}
+
+void WorkerPropertyView::openPrintPreview(QTextDocument *document)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    QPrintPreviewDialog preview(&printer, this);
+    preview.setWindowTitle(tr("Печать документов"));
+    connect(&preview, &QPrintPreviewDialog::paintRequested, document, [document](QPrinter *p) { document->print(p); });
+    preview.exec();
+}

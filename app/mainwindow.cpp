@@ -1,0 +1,274 @@
+#include "mainwindow.h"
+
+#include "propertyframe.h"
+
+#include <datanames.h>
+#include <localstorage.h>
+#include <nvglobals.h>
+#include <objecttreemodel.h>
+#include <objecttreeproxy.h>
+#include <objecttypes.h>
+#include <taskexecutor.h>
+#include <workerpropertyview.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTimer>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+using nivaro::TYPE_ID;
+
+namespace {
+
+// Expanding is per row; past this many matches the tree would spend seconds
+// opening branches nobody reads, so the operator narrows the filter instead.
+constexpr int MaxRowsToExpand = 2000;
+
+} // namespace
+
+MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
+    : QMainWindow(parent)
+    , m_storage(storage)
+    , m_executor(new nivaro::TaskExecutor(storage, this))
+    , m_proxy(new nivaro::ObjectTreeProxy(this))
+    , m_filter(new QLineEdit)
+    , m_filterTimer(new QTimer(this))
+    , m_tree(new QTreeView)
+    , m_stack(new QStackedWidget)
+    , m_placeholder(new QLabel)
+    , m_frame(new PropertyFrame)
+    , m_workerView(new WorkerPropertyView)
+    , m_statusCounts(new QLabel)
+{
+    setObjectName(QStringLiteral("MainWindow"));
+    setWindowTitle(tr("Nivaro-Studio — %1").arg(QFileInfo(storage->fileName()).fileName()));
+    resize(1200, 800);
+
+    askUnsaved = [this] {
+        const auto answer = QMessageBox::question(
+            this, tr("Несохраненные изменения"), tr("Сохранить изменения?"),
+            QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+        if (answer == QMessageBox::Save)
+            return SaveChanges;
+        return answer == QMessageBox::Discard ? DiscardChanges : KeepEditing;
+    };
+
+    QMenu *file = menuBar()->addMenu(tr("&Файл"));
+    QAction *quit = file->addAction(tr("Выход"), this, &QWidget::close);
+    quit->setShortcut(QKeySequence::Quit);
+
+    m_proxy->setSourceModel(storage->model(nivaro::ORGSTRUCTURE_DATANAME));
+    m_proxy->setTypeFilter({nivaro::OT_SUBJECT_ROOT, nivaro::OT_FIRM, nivaro::OT_DEPARTMENT, nivaro::OT_WORKER});
+
+    m_filter->setObjectName(QStringLiteral("treeFilter"));
+    m_filter->setPlaceholderText(tr("Фильтр по имени"));
+    m_filter->setClearButtonEnabled(true);
+    m_filterTimer->setSingleShot(true);
+    m_filterTimer->setInterval(250);
+    connect(m_filter, &QLineEdit::textChanged, m_filterTimer, qOverload<>(&QTimer::start));
+    connect(m_filterTimer, &QTimer::timeout, this, &MainWindow::applyFilter);
+
+    m_tree->setObjectName(QStringLiteral("organisationTree"));
+    m_tree->setModel(m_proxy);
+    m_tree->setHeaderHidden(true);
+    m_tree->setUniformRowHeights(true);
+    m_tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_tree->setSortingEnabled(true);
+    m_tree->sortByColumn(0, Qt::AscendingOrder);
+    m_tree->expandToDepth(1);
+    connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, &MainWindow::selectionChanged);
+
+    auto *left = new QWidget;
+    auto *leftLayout = new QVBoxLayout(left);
+    leftLayout->setContentsMargins(0, 0, 0, 0);
+    leftLayout->addWidget(m_filter);
+    leftLayout->addWidget(m_tree);
+
+    m_placeholder->setObjectName(QStringLiteral("placeholder"));
+    m_placeholder->setAlignment(Qt::AlignCenter);
+    m_placeholder->setWordWrap(true);
+    m_placeholder->setText(tr("Выберите одного или нескольких сотрудников в дереве организации"));
+    m_frame->setView(m_workerView);
+    m_stack->addWidget(m_placeholder);
+    m_stack->addWidget(m_frame);
+
+    auto *splitter = new QSplitter;
+    splitter->addWidget(left);
+    splitter->addWidget(m_stack);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({380, 820});
+    setCentralWidget(splitter);
+
+    // The executor answers the view itself (the task names it); the frame
+    // only counts what is out and reports failures.
+    connect(m_frame, &PropertyFrame::appendTask, m_executor, &nivaro::TaskExecutor::execute);
+    connect(m_executor, &nivaro::TaskExecutor::taskFinished, m_frame, &PropertyFrame::taskFinished);
+
+    statusBar()->addWidget(new QLabel(tr("Хранилище: %1").arg(QDir::toNativeSeparators(storage->fileName()))), 1);
+    statusBar()->addPermanentWidget(m_statusCounts);
+    connect(storage, &nivaro::LocalStorage::dataChanged, this, &MainWindow::updateStatus);
+    connect(storage, &nivaro::LocalStorage::dataRemoved, this, &MainWindow::updateStatus);
+    updateStatus();
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::selectUids(const QList<TYPE_ID> &uids)
+{
+    auto *model = m_storage->model(nivaro::ORGSTRUCTURE_DATANAME);
+    QItemSelection selection;
+    for (TYPE_ID uid : uids) {
+        const QModelIndex index = m_proxy->mapFromSource(model->indexOf(uid));
+        if (!index.isValid())
+            continue;
+        for (QModelIndex p = index.parent(); p.isValid(); p = p.parent())
+            m_tree->expand(p);
+        selection.select(index, index);
+    }
+    m_tree->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (!selection.isEmpty())
+        m_tree->scrollTo(selection.indexes().constFirst());
+}
+
+TYPE_ID MainWindow::firstEmployee() const
+{
+    // Depth-first in the order the tree shows.
+    QList<QModelIndex> pending{QModelIndex()};
+    while (!pending.isEmpty()) {
+        const QModelIndex parent = pending.takeFirst();
+        QList<QModelIndex> children;
+        for (int row = 0; row < m_proxy->rowCount(parent); ++row) {
+            const QModelIndex index = m_proxy->index(row, 0, parent);
+            if (index.data(nivaro::ObjectTreeModel::TypeRole).toString() == nivaro::OT_WORKER)
+                return index.data(nivaro::ObjectTreeModel::UidRole).toUInt();
+            children.append(index);
+        }
+        pending = children + pending;
+    }
+    return 0;
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (settleUnsaved())
+        event->accept();
+    else
+        event->ignore();
+}
+
+bool MainWindow::settleUnsaved()
+{
+    if (!m_frame->isModified() || m_stack->currentWidget() != m_frame)
+        return true;
+    switch (askUnsaved()) {
+    case SaveChanges:
+        m_frame->save();
+        return true;
+    case DiscardChanges:
+        m_frame->cancel();
+        return true;
+    case KeepEditing:
+        break;
+    }
+    return false;
+}
+
+void MainWindow::selectionChanged()
+{
+    if (m_restoringSelection)
+        return;
+    QList<TYPE_ID> workers;
+    QString otherName;
+    const QModelIndexList rows = m_tree->selectionModel()->selectedRows();
+    for (const QModelIndex &index : rows) {
+        const TYPE_ID uid = index.data(nivaro::ObjectTreeModel::UidRole).toUInt();
+        if (index.data(nivaro::ObjectTreeModel::TypeRole).toString() == nivaro::OT_WORKER)
+            workers.append(uid);
+        else if (otherName.isEmpty())
+            otherName = index.data(Qt::DisplayRole).toString();
+    }
+    if (workers == m_shown)
+        return;
+    if (!settleUnsaved()) {
+        // Keep editing: put the selection back to what the frame shows.
+        m_restoringSelection = true;
+        selectUids(m_shown);
+        m_restoringSelection = false;
+        return;
+    }
+    if (workers.isEmpty()) {
+        m_shown.clear();
+        m_placeholder->setText(otherName.isEmpty()
+                                   ? tr("Выберите одного или нескольких сотрудников в дереве организации")
+                                   : tr("«%1»: выберите сотрудников, чтобы изменить их личные данные").arg(otherName));
+        m_stack->setCurrentWidget(m_placeholder);
+        return;
+    }
+    showSelection(workers);
+}
+
+void MainWindow::showSelection(const QList<TYPE_ID> &uids)
+{
+    nivaro::NVHash<unsigned int, nivaro::ObjectInfo> selection;
+    for (TYPE_ID uid : uids) {
+        const nivaro::ObjectInfo *object = m_storage->constObject(uid, {nivaro::SUBJECT_DATANAME, nivaro::SUBJECT_FIRED_DATANAME});
+        if (object)
+            selection.insert(uid, *object);
+        else
+            qDebug() << "main window: selected uid not in store" << uid;
+    }
+    m_shown = uids;
+    m_frame->resetState();
+    m_workerView->setCurrent(selection);
+    if (selection.size() == 1)
+        m_frame->setTitle(NVGlobals::objectName(selection.cbegin().value()));
+    else
+        m_frame->setTitle(tr("Выбрано сотрудников: %1").arg(selection.size()));
+    m_frame->showMessage(QString());
+    m_stack->setCurrentWidget(m_frame);
+}
+
+void MainWindow::applyFilter()
+{
+    const QString text = m_filter->text().trimmed();
+    m_proxy->setFilterText(text);
+    if (text.isEmpty()) {
+        m_tree->collapseAll();
+        m_tree->expandToDepth(1);
+        return;
+    }
+    // Count what the filter left before opening branches.
+    int rows = 0;
+    QList<QModelIndex> pending{QModelIndex()};
+    while (!pending.isEmpty() && rows <= MaxRowsToExpand) {
+        const QModelIndex parent = pending.takeLast();
+        const int n = m_proxy->rowCount(parent);
+        rows += n;
+        for (int row = 0; row < n; ++row)
+            pending.append(m_proxy->index(row, 0, parent));
+    }
+    if (rows <= MaxRowsToExpand)
+        m_tree->expandAll();
+    else
+        statusBar()->showMessage(tr("Найдено слишком много: уточните фильтр"), 5000);
+}
+
+void MainWindow::updateStatus()
+{
+    const int working = m_storage->constObjects(nivaro::SUBJECT_DATANAME)->size();
+    const int fired = m_storage->constObjects(nivaro::SUBJECT_FIRED_DATANAME)->size();
+    m_statusCounts->setText(tr("Сотрудников: %1, уволенных: %2").arg(working).arg(fired));
+}

@@ -1,0 +1,80 @@
+#ifndef MAINWINDOW_H
+#define MAINWINDOW_H
+
+#include <nvtypes.h>
+
+#include <QMainWindow>
+
+class PropertyFrame;
+class QLabel;
+class QLineEdit;
+class QStackedWidget;
+class QTimer;
+class QTreeView;
+class WorkerPropertyView;
+
+namespace nivaro {
+class LocalStorage;
+class ObjectTreeProxy;
+class TaskExecutor;
+}
+
+/**
+ * nvstudio's main window: the organisation tree with a filter line on the
+ * left, the property frame of the selected employees on the right, the
+ * store's figures in the status bar. Saves go through the task executor,
+ * which stands in for the server.
+ */
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(MainWindow)
+public:
+    enum UnsavedChoice { SaveChanges, DiscardChanges, KeepEditing };
+
+    explicit MainWindow(nivaro::LocalStorage *storage, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    QTreeView *tree() const { return m_tree; }
+    PropertyFrame *frame() const { return m_frame; }
+    WorkerPropertyView *workerView() const { return m_workerView; }
+    nivaro::TaskExecutor *executor() const { return m_executor; }
+
+    // Selects these objects in the tree (expanding their branches), as a
+    // person clicking them would.
+    void selectUids(const QList<nivaro::TYPE_ID> &uids);
+    // The first employee in tree order, for a screenshot that shows data.
+    nivaro::TYPE_ID firstEmployee() const;
+
+    // What to do with unsaved edits when the selection changes or the window
+    // closes. A question box; tests replace it.
+    std::function<UnsavedChoice()> askUnsaved;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private Q_SLOTS:
+    void selectionChanged();
+    void applyFilter();
+    void updateStatus();
+
+private:
+    bool settleUnsaved();
+    void showSelection(const QList<nivaro::TYPE_ID> &uids);
+
+    nivaro::LocalStorage *m_storage;
+    nivaro::TaskExecutor *m_executor;
+    nivaro::ObjectTreeProxy *m_proxy;
+    QLineEdit *m_filter;
+    QTimer *m_filterTimer;
+    QTreeView *m_tree;
+    QStackedWidget *m_stack;
+    QLabel *m_placeholder;
+    PropertyFrame *m_frame;
+    WorkerPropertyView *m_workerView;
+    QLabel *m_statusCounts;
+    QList<nivaro::TYPE_ID> m_shown;
+    bool m_restoringSelection = false;
+};
+
+#endif

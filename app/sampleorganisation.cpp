@@ -1,0 +1,390 @@
+#include "sampleorganisation.h"
+
+#include <datanames.h>
+#include <dbparams.h>
+#include <localstorage.h>
+#include <nvguiglobals.h>
+#include <objecttypes.h>
+#include <scheduledata.h>
+
+#include <QColor>
+#include <QDebug>
+#include <QFont>
+#include <QImage>
+#include <QPainter>
+#include <QRandomGenerator>
+
+using nivaro::ObjectInfo;
+using nivaro::TYPE_ID;
+
+namespace {
+
+// Male forms; the female form is derived where Russian surnames change.
+const char *const Surnames[] = {
+    "Иванов", "Смирнов", "Кузнецов", "Попов", "Васильев", "Петров", "Соколов", "Михайлов",
+    "Новиков", "Федоров", "Морозов", "Волков", "Алексеев", "Лебедев", "Семенов", "Егоров",
+    "Павлов", "Козлов", "Степанов", "Николаев", "Орлов", "Андреев", "Макаров", "Никитин",
+    "Захаров", "Зайцев", "Соловьев", "Борисов", "Яковлев", "Григорьев", "Романов", "Воробьев",
+    "Сергеев", "Кузьмин", "Фролов", "Александров", "Дмитриев", "Королев", "Гусев", "Киселев",
+    "Ильин", "Максимов", "Поляков", "Сорокин", "Виноградов", "Ковалев", "Белов", "Медведев",
+    "Антонов", "Тарасов", "Жуков", "Баранов", "Филиппов", "Комаров", "Давыдов", "Беляев",
+    "Герасимов", "Богданов", "Осипов", "Сидоров", "Матвеев", "Титов", "Марков", "Миронов",
+    "Крылов", "Куликов", "Карпов", "Власов", "Мельников", "Денисов", "Гаврилов", "Тихонов",
+    "Казаков", "Афанасьев", "Данилов", "Савельев", "Тимофеев", "Фомин", "Чернов", "Абрамов",
+    "Мартынов", "Ефимов", "Федотов", "Щербаков", "Назаров", "Калинин", "Исаев", "Чернышев",
+    "Быков", "Маслов", "Родионов", "Коновалов", "Лазарев", "Воронин", "Климов", "Филатов",
+    "Пономарев", "Голубев", "Кудрявцев", "Прохоров", "Наумов", "Потапов", "Журавлев", "Овчинников",
+    "Трофимов", "Леонов", "Соболев", "Ермаков", "Колесников", "Гончаров", "Емельянов", "Никифоров",
+    "Грачев", "Котов", "Гришин", "Ефремов", "Архипов", "Громов", "Кириллов", "Малышев",
+    "Панов", "Моисеев", "Румянцев", "Акимов", "Кондратьев", "Бирюков", "Горбунов", "Анисимов",
+    "Еремин", "Тихомиров", "Галкин", "Лукьянов", "Михеев", "Скворцов", "Юдин", "Белоусов",
+    "Нестеров", "Симонов", "Прокофьев", "Харитонов", "Князев", "Цветков", "Левин", "Митрофанов",
+    "Воронов", "Аксенов", "Софронов", "Мальцев", "Логинов", "Горшков", "Савин", "Краснов",
+    "Майоров", "Демидов", "Елисеев", "Рыбаков", "Сафонов", "Плотников", "Демин", "Хохлов",
+    "Жданов", "Шевченко", "Ким", "Бондаренко", "Чайковский", "Островский", "Лисицын", "Шубин",
+};
+
+const char *const MaleNames[] = {
+    "Александр", "Алексей", "Андрей", "Антон", "Артем", "Борис", "Вадим", "Валерий", "Василий",
+    "Виктор", "Виталий", "Владимир", "Владислав", "Вячеслав", "Геннадий", "Георгий", "Григорий",
+    "Даниил", "Денис", "Дмитрий", "Евгений", "Егор", "Иван", "Игорь", "Илья", "Кирилл",
+    "Константин", "Леонид", "Максим", "Михаил", "Никита", "Николай", "Олег", "Павел", "Петр",
+    "Роман", "Руслан", "Сергей", "Станислав", "Степан", "Тимур", "Федор", "Юрий", "Ярослав",
+};
+
+const char *const FemaleNames[] = {
+    "Александра", "Алена", "Алина", "Анастасия", "Анна", "Валентина", "Валерия", "Вера",
+    "Виктория", "Галина", "Дарья", "Диана", "Евгения", "Екатерина", "Елена", "Елизавета",
+    "Жанна", "Зоя", "Инна", "Ирина", "Ксения", "Лариса", "Любовь", "Людмила", "Маргарита",
+    "Марина", "Мария", "Надежда", "Наталья", "Нина", "Оксана", "Ольга", "Полина", "Светлана",
+    "София", "Тамара", "Татьяна", "Ульяна", "Юлия", "Яна",
+};
+
+// Father's name -> patronymic of a son and of a daughter.
+const char *const Patronymics[][2] = {
+    {"Александрович", "Александровна"}, {"Алексеевич", "Алексеевна"}, {"Андреевич", "Андреевна"},
+    {"Анатольевич", "Анатольевна"}, {"Борисович", "Борисовна"}, {"Валерьевич", "Валерьевна"},
+    {"Васильевич", "Васильевна"}, {"Викторович", "Викторовна"}, {"Владимирович", "Владимировна"},
+    {"Геннадьевич", "Геннадьевна"}, {"Григорьевич", "Григорьевна"}, {"Дмитриевич", "Дмитриевна"},
+    {"Евгеньевич", "Евгеньевна"}, {"Иванович", "Ивановна"}, {"Игоревич", "Игоревна"},
+    {"Ильич", "Ильинична"}, {"Константинович", "Константиновна"}, {"Леонидович", "Леонидовна"},
+    {"Михайлович", "Михайловна"}, {"Николаевич", "Николаевна"}, {"Олегович", "Олеговна"},
+    {"Павлович", "Павловна"}, {"Петрович", "Петровна"}, {"Романович", "Романовна"},
+    {"Сергеевич", "Сергеевна"}, {"Степанович", "Степановна"}, {"Юрьевич", "Юрьевна"},
+    {"Федорович", "Федоровна"},
+};
+
+struct Department
+{
+    const char *name;
+    int parent; // index into the same list, -1 for one directly under the firm
+};
+
+const char *const Firms[] = {
+    "АО «Северный машиностроительный завод»",
+    "ООО «Технопарк Восток»",
+    "ООО «Городские инженерные сети»",
+};
+
+const Department Departments[] = {
+    {"Администрация", -1},
+    {"Бухгалтерия", -1},
+    {"Отдел кадров", -1},
+    {"Служба безопасности", -1},
+    {"Бюро пропусков", 3},
+    {"Производство", -1},
+    {"Цех № 1", 5},
+    {"Цех № 2", 5},
+    {"Склад", -1},
+    {"ИТ-отдел", -1},
+};
+
+// Citizenship codes with weights: mostly Russia, then the near abroad.
+const struct
+{
+    const char *code;
+    int weight;
+} Citizenships[] = {
+    {"643", 900}, {"112", 20}, {"398", 20}, {"860", 20}, {"762", 10}, {"417", 10}, {"051", 10},
+    {"804", 5}, {"268", 3}, {"156", 2},
+};
+
+template<typename T, size_t N>
+const T &pick(QRandomGenerator &rng, const T (&items)[N])
+{
+    return items[rng.bounded(int(N))];
+}
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+QString femaleSurname(const QString &male)
+{
+    for (const QString &ending : {QStringLiteral("ов"), QStringLiteral("ев"), QStringLiteral("ин"), QStringLiteral("ын")}) {
+        if (male.endsWith(ending))
+            return male + QStringLiteral("а");
+    }
+    if (male.endsWith(QStringLiteral("ий")))
+        return male.left(male.size() - 2) + QStringLiteral("ая");
+    return male;
+}
+
+QString citizenship(QRandomGenerator &rng)
+{
+    int total = 0;
+    for (const auto &c : Citizenships)
+        total += c.weight;
+    int roll = rng.bounded(total);
+    for (const auto &c : Citizenships) {
+        if (roll < c.weight)
+            return text(c.code);
+        roll -= c.weight;
+    }
+    return QStringLiteral("643");
+}
+
+QImage portrait(QRandomGenerator &rng, const QString &initials)
+{
+    QImage image(240, 320, QImage::Format_RGB32);
+    const QColor background = QColor::fromHsv(rng.bounded(360), 60, 220);
+    image.fill(background);
+    QPainter p(&image);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(Qt::NoPen);
+    p.setBrush(background.darker(160));
+    p.drawEllipse(QRectF(70, 60, 100, 120));
+    p.drawRoundedRect(QRectF(30, 190, 180, 160), 60, 60);
+    p.setPen(Qt::white);
+    QFont font;
+    font.setPixelSize(40);
+    font.setBold(true);
+    p.setFont(font);
+    p.drawText(QRectF(0, 90, 240, 60), Qt::AlignCenter, initials);
+    return image;
+}
+
+class Builder
+{
+public:
+    Builder(nivaro::LocalStorage *storage, const SampleOrganisation::Options &options)
+        : m_storage(storage)
+        , m_options(options)
+        , m_rng(options.seed)
+    {
+    }
+
+    bool run(QString *error)
+    {
+        if (!m_storage->setDbSettings(dbSettings(), error) || !m_storage->putSchedules(schedules(), error))
+            return false;
+
+        QList<ObjectInfo> org;
+        org.append(ObjectInfo(nivaro::SUBJECT_ROOT_UID, nivaro::OT_SUBJECT_ROOT,
+                              {{db::common::NAME, QStringLiteral("Организация")}}));
+        QList<TYPE_ID> leaves;
+        for (const char *firmName : Firms) {
+            ObjectInfo firm(nextUid(), nivaro::OT_FIRM, {{db::firm::NAME, text(firmName)}});
+            firm.setParent(nivaro::SUBJECT_ROOT_UID);
+            firm.setParameter(db::orgstructure::common::INN, organisationInn());
+            org.append(firm);
+            QVector<TYPE_ID> uids;
+            int number = 1;
+            for (const Department &dep : Departments) {
+                ObjectInfo department(nextUid(), nivaro::OT_DEPARTMENT, {{db::orgstructure::NAME, text(dep.name)}});
+                department.setParent(dep.parent < 0 ? firm.uid() : uids.at(dep.parent));
+                department.setParameter(db::orgstructure::DEPARTNUM, QStringLiteral("%1").arg(number++, 3, 10, QLatin1Char('0')));
+                uids.append(department.uid());
+                org.append(department);
+            }
+            for (int i = 0; i < uids.size(); ++i) {
+                // Departments that hold others are headings; people sit in the leaves.
+                const bool hasChildren = std::any_of(std::begin(Departments), std::end(Departments),
+                                                     [i](const Department &d) { return d.parent == i; });
+                if (!hasChildren)
+                    leaves.append(uids.at(i));
+            }
+        }
+        if (!m_storage->putObjects(nivaro::ORGSTRUCTURE_DATANAME, org, error))
+            return false;
+
+        // Large organisations go in slices, so no single transaction holds
+        // the whole file in memory twice.
+        const int slice = 20000;
+        for (int first = 0; first < m_options.employees; first += slice) {
+            QList<ObjectInfo> working;
+            QList<ObjectInfo> fired;
+            QList<ObjectInfo> cards;
+            const int last = qMin(m_options.employees, first + slice);
+            for (int i = first; i < last; ++i) {
+                ObjectInfo worker = employee(i, leaves.at(m_rng.bounded(leaves.size())));
+                cards.append(card(worker));
+                const bool dismissed = worker.parameter(db::common::OBJECTSTATE) == db::common::STATE_FIRED;
+                (dismissed ? fired : working).append(worker);
+            }
+            if (!m_storage->putObjects(nivaro::SUBJECT_DATANAME, working, error)
+                || !m_storage->putObjects(nivaro::SUBJECT_FIRED_DATANAME, fired, error)
+                || !m_storage->putObjects(nivaro::CARD_DATANAME, cards, error))
+                return false;
+            if (first == 0 && !addPhotos(working, error))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    TYPE_ID nextUid() { return m_uid++; }
+
+    ObjectInfo dbSettings() const
+    {
+        ObjectInfo settings(2, nivaro::OT_DB_SETTINGS);
+        settings.setParameter(db::database::CARD_VIEW_FORMAT, QString::number(1));
+        settings.setParameter(db::database::PD_DENY_STORE_USER_PHOTOS, QStringLiteral("false"));
+        settings.setParameter(db::database::PD_DENY_STORE_USER_BIOMETRICS, QStringLiteral("false"));
+        return settings;
+    }
+
+    static QList<nivaro::SCHEDULE_DATA> schedules()
+    {
+        QList<nivaro::SCHEDULE_DATA> list;
+        auto add = [&](int id, const char *name, int type, const QDate &start, const char *pattern) {
+            nivaro::SCHEDULE_DATA s;
+            s.id = id;
+            s.name = text(name);
+            s.type = type;
+            s.startDate = start;
+            s.pattern = QString::fromLatin1(pattern);
+            list.append(s);
+        };
+        add(1, "Пятидневка 8 часов", nivaro::SCHEDULE_DATA::Weekly, QDate(), "1111100");
+        add(2, "Сменный 2/2", nivaro::SCHEDULE_DATA::Cyclic, QDate(2024, 1, 1), "1100");
+        add(3, "Сутки через трое", nivaro::SCHEDULE_DATA::Cyclic, QDate(2024, 1, 1), "1000");
+        add(4, "Свободный график", nivaro::SCHEDULE_DATA::Free, QDate(), "");
+        return list;
+    }
+
+    ObjectInfo employee(int index, TYPE_ID department)
+    {
+        const bool female = m_rng.bounded(100) < 45;
+        const QString surname = text(pick(m_rng, Surnames));
+        const auto &patronymic = pick(m_rng, Patronymics);
+        ObjectInfo o(nextUid(), nivaro::OT_WORKER);
+        o.setParent(department);
+        o.setParameter(db::worker::LAST_NAME, female ? femaleSurname(surname) : surname);
+        o.setParameter(db::worker::FIRST_NAME, text(female ? pick(m_rng, FemaleNames) : pick(m_rng, MaleNames)));
+        o.setParameter(db::worker::MIDDLE_NAME, text(patronymic[female ? 1 : 0]));
+        o.setParameter(db::worker::GENDER, QString::number(female ? 2 : 1));
+        o.setParameter(db::worker::WORKERNUM, QStringLiteral("%1").arg(index + 1, 6, 10, QLatin1Char('0')));
+        const QDate birthday = QDate(1958, 1, 1).addDays(m_rng.bounded(365 * 46));
+        o.setParameter(db::worker::BIRTHDAY, birthday.toString(Qt::ISODate));
+        const QString country = citizenship(m_rng);
+        o.setParameter(db::worker::CITIZENSHIP_CODE, country);
+        if (country == QLatin1String("643")) {
+            o.setParameter(db::worker::DOC_TYPE, QStringLiteral("Паспорт гражданина РФ"));
+            o.setParameter(db::worker::DOC_SERIES, QStringLiteral("%1").arg(4500 + m_rng.bounded(30), 4, 10, QLatin1Char('0')));
+        } else {
+            o.setParameter(db::worker::DOC_TYPE, QStringLiteral("Паспорт иностранного гражданина"));
+            o.setParameter(db::worker::DOC_SERIES, QStringLiteral("N%1").arg(m_rng.bounded(100, 999)));
+        }
+        o.setParameter(db::worker::DOC_NUMBER, QStringLiteral("%1").arg(m_rng.bounded(1000000), 6, 10, QLatin1Char('0')));
+        o.setParameter(db::worker::SNILS, SampleOrganisation::snilsWithCheckSum(2000000 + index * 37 % 997000000));
+        o.setParameter(db::orgstructure::common::INN, personalInn());
+        o.setParameter(db::worker::DATE_BEGIN, QDate(2015, 1, 1).addDays(m_rng.bounded(3000)).toString(Qt::ISODate));
+        o.setParameter(db::worker::SCHEDULE, QString::number(1 + m_rng.bounded(3)));
+        o.setParameter(db::common::EXT_GUID, QStringLiteral("%1-%2").arg(m_rng.generate(), 8, 16, QLatin1Char('0')).arg(index, 6, 10, QLatin1Char('0')));
+        if (m_rng.bounded(100) < 6)
+            o.setParameter(db::common::OBJECTSTATE, db::common::STATE_FIRED);
+        if (m_rng.bounded(100) < 10)
+            o.setParameter(db::worker::DESCRIPTION, QStringLiteral("Работает по совместительству"));
+        return o;
+    }
+
+    ObjectInfo card(const ObjectInfo &owner)
+    {
+        ObjectInfo c(nextUid(), nivaro::OT_CARD);
+        c.setParent(owner.uid());
+        const quint64 number = (quint64(m_rng.bounded(1, 256)) << 16) | quint64(m_rng.bounded(65536));
+        c.setParameter(db::card::NUMBER, QString::number(number));
+        c.setParameter(db::card::OWNER, QString::number(owner.uid()));
+        c.setParameter(db::card::DATE_BEGIN, owner.parameter(db::worker::DATE_BEGIN));
+        return c;
+    }
+
+    bool addPhotos(const QList<ObjectInfo> &workers, QString *error)
+    {
+        for (int i = 0; i < qMin(m_options.photos, workers.size()); ++i) {
+            const ObjectInfo &w = workers.at(i);
+            const QString initials = w.parameter(db::worker::LAST_NAME).left(1) + w.parameter(db::worker::FIRST_NAME).left(1);
+            const QByteArray bytes = NVGuiGlobals::imageToDB(portrait(m_rng, initials), 80).toHex();
+            if (!m_storage->setBlob(w.uid(), db::worker::PHOTO, bytes, error))
+                return false;
+        }
+        return true;
+    }
+
+    QString personalInn()
+    {
+        QString ten = QStringLiteral("77");
+        for (int i = 0; i < 8; ++i)
+            ten += QChar(QLatin1Char(char('0' + m_rng.bounded(10))));
+        return SampleOrganisation::personalInnWithCheckDigits(ten);
+    }
+
+    QString organisationInn()
+    {
+        static const int weights[] = {2, 4, 10, 3, 5, 9, 4, 6, 8};
+        QString digits = QStringLiteral("77");
+        for (int i = 0; i < 7; ++i)
+            digits += QChar(QLatin1Char(char('0' + m_rng.bounded(10))));
+        int sum = 0;
+        for (int i = 0; i < 9; ++i)
+            sum += digits.at(i).digitValue() * weights[i];
+        return digits + QString::number(sum % 11 % 10);
+    }
+
+    nivaro::LocalStorage *m_storage;
+    SampleOrganisation::Options m_options;
+    QRandomGenerator m_rng;
+    TYPE_ID m_uid = 10;
+};
+
+} // namespace
+
+QString SampleOrganisation::snilsWithCheckSum(int nineDigits)
+{
+    const QString digits = QStringLiteral("%1").arg(nineDigits, 9, 10, QLatin1Char('0'));
+    int sum = 0;
+    for (int i = 0; i < 9; ++i)
+        sum += digits.at(i).digitValue() * (9 - i);
+    int check = sum;
+    if (sum == 100 || sum == 101)
+        check = 0;
+    else if (sum > 101) {
+        check = sum % 101;
+        if (check == 100)
+            check = 0;
+    }
+    return digits + QStringLiteral("%1").arg(check, 2, 10, QLatin1Char('0'));
+}
+
+QString SampleOrganisation::personalInnWithCheckDigits(const QString &tenDigits)
+{
+    static const int w11[] = {7, 2, 4, 10, 3, 5, 9, 4, 6, 8};
+    static const int w12[] = {3, 7, 2, 4, 10, 3, 5, 9, 4, 6, 8};
+    QString digits = tenDigits;
+    int sum = 0;
+    for (int i = 0; i < 10; ++i)
+        sum += digits.at(i).digitValue() * w11[i];
+    digits += QString::number(sum % 11 % 10);
+    sum = 0;
+    for (int i = 0; i < 11; ++i)
+        sum += digits.at(i).digitValue() * w12[i];
+    return digits + QString::number(sum % 11 % 10);
+}
+
+bool SampleOrganisation::generate(nivaro::LocalStorage *storage, const Options &options, QString *error)
+{
+    qDebug() << "sample organisation" << options.employees << "employees, seed" << options.seed;
+    return Builder(storage, options).run(error);
+}

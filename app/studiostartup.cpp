@@ -1,0 +1,63 @@
+#include "studiostartup.h"
+
+#include "mainwindow.h"
+#include "sampleorganisation.h"
+
+#include <localstorage.h>
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QPixmap>
+#include <QStandardPaths>
+
+QString StudioStartup::defaultStorePath()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    return QDir(folder).filePath(QStringLiteral("nvstudio.store"));
+}
+
+bool StudioStartup::openStore(nivaro::LocalStorage *storage, const QString &path, int employees, QString *error)
+{
+    const QFileInfo info(path);
+    const bool fresh = !info.exists();
+    if (fresh && !QDir().mkpath(info.absolutePath())) {
+        *error = QCoreApplication::translate("StudioStartup", "Не удалось создать папку %1")
+                     .arg(QDir::toNativeSeparators(info.absolutePath()));
+        return false;
+    }
+    QElapsedTimer timer;
+    timer.start();
+    if (!storage->open(path, error))
+        return false;
+    qDebug() << "store opened" << path << timer.elapsed() << "ms";
+    if (!fresh)
+        return true;
+
+    SampleOrganisation::Options options;
+    options.employees = employees > 0 ? employees : DefaultEmployees;
+    if (!SampleOrganisation::generate(storage, options, error)) {
+        // A half-written sample is worth nothing: start again next time.
+        storage->close();
+        QFile::remove(path);
+        return false;
+    }
+    qDebug() << "sample organisation written" << timer.elapsed() << "ms";
+    return true;
+}
+
+bool StudioStartup::saveScreenshot(MainWindow *window, const QString &fileName, QString *error)
+{
+    if (const nivaro::TYPE_ID first = window->firstEmployee())
+        window->selectUids({first});
+    QCoreApplication::processEvents();
+    const QPixmap picture = window->grab();
+    if (picture.isNull() || !picture.save(fileName)) {
+        *error = QCoreApplication::translate("StudioStartup", "Не удалось сохранить снимок окна в %1")
+                     .arg(QDir::toNativeSeparators(fileName));
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,33 @@
+#ifndef STUDIOSTARTUP_H
+#define STUDIOSTARTUP_H
+
+#include <QString>
+
+class MainWindow;
+
+namespace nivaro {
+class LocalStorage;
+}
+
+/** What nvstudio does between its command line and its window. */
+class StudioStartup
+{
+public:
+    // The store a person gets without --store: one file in the user's data folder.
+    static QString defaultStorePath();
+
+    /**
+     * Opens the store file. A file that does not exist yet is created and
+     * filled with a sample organisation of `employees` employees (a few
+     * hundred unless asked for more). Any refusal comes back as a message
+     * for the user; the file is then left as it was.
+     */
+    static bool openStore(nivaro::LocalStorage *storage, const QString &path, int employees, QString *error);
+
+    // Shows the first employee, lets the window settle and saves a picture of it.
+    static bool saveScreenshot(MainWindow *window, const QString &fileName, QString *error);
+
+    static constexpr int DefaultEmployees = 300;
+};
+
+#endif

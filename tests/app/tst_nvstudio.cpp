@@ -1,0 +1,193 @@
+#include "mainwindow.h"
+#include "propertyframe.h"
+#include "sampleorganisation.h"
+#include "studiostartup.h"
+
+#include <datanames.h>
+#include <dbparams.h>
+#include <localstorage.h>
+#include <objecttypes.h>
+#include <taskexecutor.h>
+#include <workerpropertyview.h>
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTreeView>
+#include <QtTest>
+
+using nivaro::LocalStorage;
+
+class TestNvStudio : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void startsOnFreshSampleStore();
+    void sampleNumbersPassTheirChecks();
+    void editSurvivesRestart();
+    void brokenStoreIsRefusedUntouched();
+    void unsavedEditsAskBeforeSwitching_data();
+    void unsavedEditsAskBeforeSwitching();
+    void screenshotIsWritten();
+
+private:
+    QString storePath() const { return m_dir->filePath(QStringLiteral("test.store")); }
+    QList<nivaro::TYPE_ID> twoEmployees() const;
+    static void editSurname(MainWindow &window, const QString &text);
+
+    QScopedPointer<QTemporaryDir> m_dir;
+};
+
+void TestNvStudio::init()
+{
+    m_dir.reset(new QTemporaryDir);
+    QVERIFY(m_dir->isValid());
+}
+
+void TestNvStudio::cleanup()
+{
+    LocalStorage::instance()->close();
+    QVERIFY(QApplication::topLevelWidgets().isEmpty() || std::none_of(
+        QApplication::topLevelWidgets().cbegin(), QApplication::topLevelWidgets().cend(),
+        [](QWidget *w) { return w->isVisible(); }));
+}
+
+QList<nivaro::TYPE_ID> TestNvStudio::twoEmployees() const
+{
+    QList<nivaro::TYPE_ID> uids = LocalStorage::instance()->constObjects(nivaro::SUBJECT_DATANAME)->uniqueKeys();
+    std::sort(uids.begin(), uids.end());
+    return uids.mid(0, 2);
+}
+
+void TestNvStudio::editSurname(MainWindow &window, const QString &text)
+{
+    auto *surname = window.workerView()->findChild<QLineEdit *>(QStringLiteral("leSurname"));
+    QVERIFY(surname);
+    // keyClicks types ASCII only; insert() is what typing does to the text.
+    surname->selectAll();
+    surname->insert(text);
+}
+
+void TestNvStudio::startsOnFreshSampleStore()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 60, &error), qPrintable(error));
+    LocalStorage *store = LocalStorage::instance();
+    QCOMPARE(store->constObjects(nivaro::SUBJECT_DATANAME)->size()
+                 + store->constObjects(nivaro::SUBJECT_FIRED_DATANAME)->size(), 60);
+
+    MainWindow window(store);
+    window.show();
+    const nivaro::TYPE_ID first = window.firstEmployee();
+    QVERIFY(first != 0);
+    window.selectUids({first});
+    QCOMPARE(window.frame()->isVisible(), true);
+    auto *surname = window.workerView()->findChild<QLineEdit *>(QStringLiteral("leSurname"));
+    QCOMPARE(surname->text(), store->object(first).parameter(db::worker::LAST_NAME));
+}
+
+void TestNvStudio::sampleNumbersPassTheirChecks()
+{
+    // The sample's numbers must be ones the forms accept, or the operator's
+    // first edit of a sample employee would be refused.
+    QCOMPARE(SampleOrganisation::snilsWithCheckSum(112233445), QStringLiteral("11223344595"));
+    QCOMPARE(SampleOrganisation::personalInnWithCheckDigits(QStringLiteral("5005001234")), QStringLiteral("500500123491"));
+}
+
+void TestNvStudio::editSurvivesRestart()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    const nivaro::TYPE_ID uid = twoEmployees().constFirst();
+    {
+        MainWindow window(LocalStorage::instance());
+        window.show();
+        window.selectUids({uid});
+        editSurname(window, QStringLiteral("Перезапускова"));
+        auto *save = window.frame()->findChild<QPushButton *>(QStringLiteral("saveButton"));
+        QVERIFY(save->isEnabled());
+        QTest::mouseClick(save, Qt::LeftButton);
+        QTRY_COMPARE(window.frame()->pendingTasks(), 0);
+        QCOMPARE(window.frame()->message(), QStringLiteral("Параметры сохранены"));
+        QVERIFY(!window.frame()->isModified());
+    }
+    LocalStorage::instance()->close();
+
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    QCOMPARE(LocalStorage::instance()->object(uid).parameter(db::worker::LAST_NAME), QStringLiteral("Перезапускова"));
+}
+
+void TestNvStudio::brokenStoreIsRefusedUntouched()
+{
+    QFile file(storePath());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const QByteArray garbage("this is not a store file at all\n");
+    file.write(garbage);
+    file.close();
+
+    QString error;
+    QVERIFY(!StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error));
+    QVERIFY(!error.isEmpty());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), garbage);
+}
+
+void TestNvStudio::unsavedEditsAskBeforeSwitching_data()
+{
+    QTest::addColumn<int>("choice");
+    QTest::addColumn<bool>("switched");
+    QTest::addColumn<QString>("storedSurname");
+    QTest::newRow("keep editing") << int(MainWindow::KeepEditing) << false << QString();
+    QTest::newRow("discard") << int(MainWindow::DiscardChanges) << true << QString();
+    QTest::newRow("save") << int(MainWindow::SaveChanges) << true << QStringLiteral("Сохраненова");
+}
+
+void TestNvStudio::unsavedEditsAskBeforeSwitching()
+{
+    QFETCH(int, choice);
+    QFETCH(bool, switched);
+    QFETCH(QString, storedSurname);
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    const QList<nivaro::TYPE_ID> uids = twoEmployees();
+    const QString original = LocalStorage::instance()->object(uids.at(0)).parameter(db::worker::LAST_NAME);
+
+    MainWindow window(LocalStorage::instance());
+    int asked = 0;
+    window.askUnsaved = [&] {
+        ++asked;
+        return MainWindow::UnsavedChoice(choice);
+    };
+    window.show();
+    window.selectUids({uids.at(0)});
+    editSurname(window, QStringLiteral("Сохраненова"));
+    window.selectUids({uids.at(1)});
+    QCOMPARE(asked, 1);
+
+    auto *surname = window.workerView()->findChild<QLineEdit *>(QStringLiteral("leSurname"));
+    const QString expectedShown = switched ? LocalStorage::instance()->object(uids.at(1)).parameter(db::worker::LAST_NAME)
+                                           : QStringLiteral("Сохраненова");
+    QCOMPARE(surname->text(), expectedShown);
+    QTRY_COMPARE(window.frame()->pendingTasks(), 0);
+    QCOMPARE(LocalStorage::instance()->object(uids.at(0)).parameter(db::worker::LAST_NAME),
+             storedSurname.isEmpty() ? original : storedSurname);
+    window.askUnsaved = [] { return MainWindow::DiscardChanges; };
+}
+
+void TestNvStudio::screenshotIsWritten()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    MainWindow window(LocalStorage::instance());
+    window.show();
+    const QString png = m_dir->filePath(QStringLiteral("shot.png"));
+    QVERIFY2(StudioStartup::saveScreenshot(&window, png, &error), qPrintable(error));
+    QImage image(png);
+    QVERIFY(!image.isNull());
+    QVERIFY(image.width() > 400);
+}
+
+QTEST_MAIN(TestNvStudio)
+#include "tst_nvstudio.moc"

@@ -7,6 +7,7 @@
 #include <dbparams.h>
 #include <objecttypes.h>
 
+#include <QCoreApplication>
 #include <QDate>
 #include <QDebug>
 #include <QRegularExpression>
@@ -151,10 +152,24 @@ public:
     }
 };
 
+namespace {
+void closeWithApplication()
+{
+    LocalStorage::instance()->close();
+}
+} // namespace
+
 LocalStorage *LocalStorage::instance()
 {
-    static LocalStorage storage;
-    return &storage;
+    // Never destroyed: a static object's destructor would run after Qt's
+    // SQL connection registry is gone and crash on the way out. The file is
+    // closed with the application instead, while that registry still exists.
+    static LocalStorage *storage = [] {
+        auto *s = new LocalStorage;
+        qAddPostRoutine(closeWithApplication);
+        return s;
+    }();
+    return storage;
 }
 
 LocalStorage::LocalStorage()

@@ -64,6 +64,7 @@ private Q_SLOTS:
     void brokenFilesAreRefusedUntouched_data();
     void brokenFilesAreRefusedUntouched();
     void failedWriteLeavesMemoryAlone();
+    void storeLeftOpenClosesWithTheApplication(); // keep last
 
 private:
     QString path() const { return m_dir->filePath(QStringLiteral("store.db")); }
@@ -79,7 +80,8 @@ void TestLocalStorage::init()
 
 void TestLocalStorage::cleanup()
 {
-    store->close();
+    if (qstrcmp(QTest::currentTestFunction(), "storeLeftOpenClosesWithTheApplication") != 0)
+        store->close();
 }
 
 void TestLocalStorage::lookupsOfUnknownThings()
@@ -297,6 +299,16 @@ void TestLocalStorage::failedWriteLeavesMemoryAlone()
     other = QSqlDatabase();
     QSqlDatabase::removeDatabase(QStringLiteral("locker"));
     QVERIFY2(store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Петров")}}, &error), qPrintable(error));
+}
+
+// Hosts may end without close(): the store must then be closed as the
+// application ends, not crash in static destruction after Qt's SQL driver
+// registry is gone. The program's clean exit is the check.
+void TestLocalStorage::storeLeftOpenClosesWithTheApplication()
+{
+    QString error;
+    QVERIFY2(store->open(path(), &error), qPrintable(error));
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
 }
 
 QTEST_GUILESS_MAIN(TestLocalStorage)

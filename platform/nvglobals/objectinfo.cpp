@@ -89,6 +89,15 @@ public:
         return skip(int(n));
     }
 
+    bool value(QString &out, const QString &key, StringPool *pool)
+    {
+        quint32 n = 0;
+        if (!u32(n) || n > quint32(m_left))
+            return false;
+        out = pool ? pool->internValue(key, m_data, int(n)) : QString::fromUtf8(m_data, int(n));
+        return skip(int(n));
+    }
+
 private:
     const char *m_data;
     int m_left;
@@ -279,7 +288,7 @@ ObjectInfo ObjectInfo::deserialize(const QByteArray &bytes, StringPool *pool, QS
     for (quint32 i = 0; i < count; ++i) {
         QString key;
         QString value;
-        if (!in.str(key, pool) || !in.str(value, nullptr))
+        if (!in.str(key, pool) || !in.value(value, key, pool))
             return fail("truncated parameter");
         o.parameters.insert(key, value);
     }

@@ -118,10 +118,13 @@ void PhotoWidget::clearPhoto()
 void PhotoWidget::showCurrent()
 {
     const QPixmap &shown = m_photo.isNull() ? m_default : m_photo;
-    if (shown.isNull()) {
-        m_picture->setPixmap(QPixmap());
-        return;
-    }
     const QSize room = m_picture->contentsRect().size();
-    m_picture->setPixmap(shown.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    // Smooth scaling is what showing an employee costs most; the same
+    // picture in the same room needs none.
+    const qint64 key = shown.isNull() ? 0 : shown.cacheKey();
+    if (key == m_shownKey && room == m_shownRoom)
+        return;
+    m_shownKey = key;
+    m_shownRoom = room;
+    m_picture->setPixmap(shown.isNull() ? QPixmap() : shown.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation));
 }

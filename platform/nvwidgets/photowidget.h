@@ -45,6 +45,8 @@ private:
 
     QPixmap m_photo;
     QPixmap m_default;
+    qint64 m_shownKey = -1; // what the label shows: source picture and room
+    QSize m_shownRoom;
     QLabel *m_picture = nullptr;
     QToolButton *m_loadButton = nullptr;
     QToolButton *m_clearButton = nullptr;

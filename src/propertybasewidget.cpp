@@ -32,6 +32,21 @@ QSet<QString> PropertyBaseWidget::paramsToSet(const QMap<QString, QStringList> &
     return set;
 }
 
+namespace {
+
+// text.arg(name), without arg()'s general parsing for the common text with
+// one "%1" and no other marker: a save of ten thousand employees fills two
+// texts per object.
+QString withName(const QString &text, const QString &name)
+{
+    const int at = text.indexOf(QLatin1String("%1"));
+    if (at < 0 || text.indexOf(QLatin1Char('%'), at + 2) >= 0 || text.lastIndexOf(QLatin1Char('%'), at - 1) >= 0)
+        return text.arg(name);
+    return text.leftRef(at) + name + text.midRef(at + 2);
+}
+
+} // namespace
+
 nivaro::TaskInfo PropertyBaseWidget::makeSaveTask(const nivaro::ObjectInfo &object,
                                                   const QHash<QString, QString> &changed,
                                                   const QString &startText, const QString &errorText)
@@ -43,11 +58,11 @@ nivaro::TaskInfo PropertyBaseWidget::makeSaveTask(const nivaro::ObjectInfo &obje
     task.params.insert(QStringLiteral("object_type"), object.typeName());
     task.params.insert(QStringLiteral("parent"), object.parent());
     for (auto it = changed.cbegin(); it != changed.cend(); ++it)
-        task.params.insert(QStringLiteral("property-%1").arg(it.key()), it.value());
+        task.params.insert(QLatin1String("property-") + it.key(), it.value());
     task.widget = this;
     task.slot = QStringLiteral("saved");
     const QString name = NVGlobals::objectName(object);
-    task.startMessage = startText.arg(name);
-    task.errorMessage = errorText.arg(name);
+    task.startMessage = withName(startText, name);
+    task.errorMessage = withName(errorText, name);
     return task;
 }

@@ -86,7 +86,7 @@ WorkerPropertyView::WorkerPropertyView(QWidget *parent)
     ui->cbGender->addItem(tr("Не задан"), 0);
     ui->cbGender->addItem(tr("Мужской"), 1);
     ui->cbGender->addItem(tr("Женский"), 2);
-    ui->photoWidget->setDefaultPicture(QPixmap(QStringLiteral(":/accessctl/no_photo")));
+    ui->photoWidget->setDefaultPicture(placeholder());
     initCitizenship();
     init();
 
@@ -258,8 +258,7 @@ void WorkerPropertyView::showValues()
         }
     }
     ui->photoWidget->setPhoto(photo);
-    ui->photoWidget->setDefaultPicture(QPixmap(photosDenied() ? QStringLiteral(":/accessctl/fz152")
-                                                              : QStringLiteral(":/accessctl/no_photo")));
+    ui->photoWidget->setDefaultPicture(placeholder());
 
     ui->leDbId->setText(m_uids.isEmpty() ? QString() : QString::number(m_uids.constFirst()));
 }
@@ -276,6 +275,17 @@ void WorkerPropertyView::enableControls()
     ui->pbPrint->setEnabled(m_uids.size() == 1);
     if (any)
         enablePersonalDataFields(m_restrictions);
+}
+
+// Loaded once per view: a resource load costs more than the rest of
+// showing one employee.
+const QPixmap &WorkerPropertyView::placeholder() const
+{
+    const bool denied = photosDenied();
+    QPixmap &picture = denied ? m_banPicture : m_noPhotoPicture;
+    if (picture.isNull())
+        picture.load(denied ? QStringLiteral(":/accessctl/fz152") : QStringLiteral(":/accessctl/no_photo"));
+    return picture;
 }
 
 bool WorkerPropertyView::photosDenied() const
@@ -331,8 +341,7 @@ void WorkerPropertyView::enablePersonalDataFields(const QMap<QString, bool> &res
     };
     for (const auto &field : fields)
         field.second->setEnabled(any && !restrictions.value(field.first, false));
-    ui->photoWidget->setDefaultPicture(QPixmap(photosDenied() ? QStringLiteral(":/accessctl/fz152")
-                                                              : QStringLiteral(":/accessctl/no_photo")));
+    ui->photoWidget->setDefaultPicture(placeholder());
 }
 
 // ---- Editing ---------------------------------------------------------------
@@ -517,9 +526,8 @@ QString WorkerPropertyView::shownValue(const QString &key) const
     return QString();
 }
 
-QHash<unsigned int, QHash<QString, QString>> WorkerPropertyView::changedObjects() const
+QHash<QString, QString> WorkerPropertyView::editedValues() const
 {
-    // Each control's value is taken once; only the comparison is per object.
     QHash<QString, QString> values;
     for (const QString &key : m_edited) {
         const bool photoKey = key == db::worker::PHOTO || key == db::worker::PHOTO_PREVIEW;
@@ -529,38 +537,39 @@ QHash<unsigned int, QHash<QString, QString>> WorkerPropertyView::changedObjects(
         if (!value.isNull())
             values.insert(key, value);
     }
-    QHash<unsigned int, QHash<QString, QString>> changed;
+    return values;
+}
+
+void WorkerPropertyView::applyChanges()
+{
+    // Each control's value is taken once; only the comparison is per object.
+    const QHash<QString, QString> values = editedValues();
     if (values.isEmpty())
-        return changed;
-    for (unsigned int uid : m_uids) {
-        const ObjectInfo object = m_objects.value(uid);
+        return;
+    const QString startText = tr("Сохранение параметров сотрудника %1");
+    const QString errorText = tr("Ошибка сохранения параметров сотрудника %1");
+    // A copy, so that a receiver of appendTask may change the selection.
+    const nivaro::NVHash<unsigned int, nivaro::ObjectInfo> objects = m_objects;
+    bool first = true;
+    unsigned int previous = 0;
+    for (auto object = objects.cbegin(); object != objects.cend(); ++object) {
+        // Repeats of a uid follow its newest record, the one the view shows.
+        if (!first && object.key() == previous)
+            continue;
+        first = false;
+        previous = object.key();
         QHash<QString, QString> mine;
         for (auto it = values.cbegin(); it != values.cend(); ++it) {
             // Photos live as blobs, not in the record: an edited photo is
             // always sent, a cleared one too.
             const bool photoKey = it.key() == db::worker::PHOTO || it.key() == db::worker::PHOTO_PREVIEW;
-            if (photoKey || object.parameter(it.key()) != it.value())
+            if (photoKey || object->parameter(it.key()) != it.value())
                 mine.insert(it.key(), it.value());
         }
-        if (!mine.isEmpty())
-            changed.insert(uid, mine);
-    }
-    return changed;
-}
-
-void WorkerPropertyView::applyChanges()
-{
-    if (m_uids.isEmpty())
-        return;
-    const QHash<unsigned int, QHash<QString, QString>> changed = changedObjects();
-    const QString startText = tr("Сохранение параметров сотрудника %1");
-    const QString errorText = tr("Ошибка сохранения параметров сотрудника %1");
-    for (unsigned int uid : qAsConst(m_uids)) {
-        const auto it = changed.constFind(uid);
-        if (it == changed.cend())
+        if (mine.isEmpty())
             continue;
-        m_pending.insert(uid, *it);
-        emit appendTask(makeSaveTask(m_objects.value(uid), *it, startText, errorText));
+        m_pending.insert(object.key(), mine);
+        emit appendTask(makeSaveTask(*object, mine, startText, errorText));
     }
 }
 

@@ -39,7 +39,8 @@ public:
     void setBlobData(const QHash<unsigned int, QHash<QString, QByteArray>> &blobs);
     // Per selected employee, the parameters whose shown value differs from
     // the stored one, in the store's encoding.
-    QHash<unsigned int, QHash<QString, QString>> changedObjects() const;
+    // The edited controls' values by key, photos left out where they are banned.
+    QHash<QString, QString> editedValues() const;
     void enablePersonalDataFields(const QMap<QString, bool> &restrictions);
 
     // The personal data sheet the print button previews, as HTML.
@@ -87,6 +88,8 @@ private:
     void showValues();
     void enableControls();
     bool photosDenied() const;
+    // The picture shown where there is no photo: the ban notice or "no photo".
+    const QPixmap &placeholder() const;
     QString shownValue(const QString &key) const;
     QString citizenshipName(const QString &code) const;
 
@@ -99,6 +102,8 @@ private:
     // What each outstanding save task wrote, applied to m_objects on saved().
     QHash<unsigned int, QHash<QString, QString>> m_pending;
     QMap<QString, bool> m_restrictions;
+    mutable QPixmap m_noPhotoPicture;
+    mutable QPixmap m_banPicture;
     bool m_readOnly = false;
     bool m_loading = false;
 };

@@ -73,6 +73,7 @@ private Q_SLOTS:
     void untouchedMixedFieldsAreNeverWritten();
     void saveTaskFields();
     void nothingSelectedSendsNothing();
+    void repeatedUidSendsOneTask();
     void citizenshipOrderAndHiddenRow();
     void citizenshipChoices_data();
     void citizenshipChoices();
@@ -198,6 +199,21 @@ void TestWorkerPropertyView::saveTaskFields()
     // The name in the texts is the one stored, which the log can find.
     QCOMPARE(task.startMessage, QStringLiteral("Сохранение параметров сотрудника Иванов Иван Иванович"));
     QCOMPARE(task.errorMessage, QStringLiteral("Ошибка сохранения параметров сотрудника Иванов Иван Иванович"));
+}
+
+// A selection may name a uid twice (the hash is a multi-hash): one save,
+// compared with the newest record.
+void TestWorkerPropertyView::repeatedUidSendsOneTask()
+{
+    NVHash<unsigned int, ObjectInfo> selection;
+    selection.insert(7, employee(7, {{db::worker::DOC_NUMBER, QStringLiteral("1")}}));
+    selection.insert(7, employee(7, {{db::worker::DOC_NUMBER, QStringLiteral("2")}}));
+    selection.insert(8, employee(8));
+    m_view->setCurrent(selection);
+    child<QLineEdit>("leDocNumber")->setText(QStringLiteral("2"));
+    const QList<TaskInfo> tasks = applyAndCollect();
+    QCOMPARE(tasks.size(), 1);
+    QCOMPARE(tasks.constFirst().uid, 8u);
 }
 
 void TestWorkerPropertyView::nothingSelectedSendsNothing()

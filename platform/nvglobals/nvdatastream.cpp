@@ -1,5 +1,7 @@
 #include "nvdatastream.h"
 
+#include <QTimeZone>
+
 namespace nivaro {
 
 NVDataStream::NVDataStream(QByteArray *bytes, QIODevice::OpenMode mode)
@@ -12,6 +14,16 @@ NVDataStream::NVDataStream(const QByteArray &bytes)
     : QDataStream(bytes)
 {
     setVersion(QDataStream::Qt_5_15);
+}
+
+QDataStream &readDateTime(QDataStream &in, QDateTime &value)
+{
+    in >> value;
+    if (in.status() == QDataStream::Ok && value.timeSpec() == Qt::TimeZone && !value.timeZone().isValid()) {
+        value = QDateTime();
+        in.setStatus(QDataStream::ReadCorruptData);
+    }
+    return in;
 }
 
 } // namespace nivaro

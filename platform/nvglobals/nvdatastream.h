@@ -4,6 +4,7 @@
 #include "nvglobals_export.h"
 
 #include <QDataStream>
+#include <QDateTime>
 #include <QIODevice>
 #include <QList>
 
@@ -23,6 +24,11 @@ public:
     NVDataStream(QByteArray *bytes, QIODevice::OpenMode mode);
     explicit NVDataStream(const QByteArray &bytes);
 };
+
+// Reads a date-time. A zone the bytes name but this system does not know
+// comes back as an invalid zone, and writing that value again crashes
+// inside Qt: such a value marks the stream corrupt instead.
+NVGLOBALS_EXPORT QDataStream &readDateTime(QDataStream &in, QDateTime &value);
 
 // Reads a count and that many items, each at least minItemSize bytes long
 // in its stream form. A count the remaining bytes cannot hold marks the

@@ -1,5 +1,7 @@
 #include "templatedata.h"
 
+#include "nvdatastream.h"
+
 namespace nivaro {
 
 bool _TEMPLATE_DATA::operator==(const _TEMPLATE_DATA &other) const
@@ -16,7 +18,8 @@ QDataStream &operator<<(QDataStream &out, const _TEMPLATE_DATA &tpl)
 QDataStream &operator>>(QDataStream &in, _TEMPLATE_DATA &tpl)
 {
     qint32 type = 0;
-    in >> tpl.id >> tpl.worker >> type >> tpl.finger >> tpl.data >> tpl.created;
+    in >> tpl.id >> tpl.worker >> type >> tpl.finger >> tpl.data;
+    readDateTime(in, tpl.created);
     tpl.type = type;
     return in;
 }

@@ -29,8 +29,11 @@ QDataStream &operator<<(QDataStream &out, const _WORKER_ABSENCE_REASON_RECORD &r
 
 QDataStream &operator>>(QDataStream &in, _WORKER_ABSENCE_REASON_RECORD &record)
 {
-    return in >> record.id >> record.reason >> record.start >> record.end >> record.withTime
-              >> record.comment >> record.created;
+    in >> record.id >> record.reason;
+    readDateTime(in, record.start);
+    readDateTime(in, record.end);
+    in >> record.withTime >> record.comment;
+    return readDateTime(in, record.created);
 }
 
 QDataStream &operator<<(QDataStream &out, const _WORKER_ABSENCE_REASON &reasons)

@@ -1,5 +1,7 @@
 #include "workerschedulehistoryrecord.h"
 
+#include "nvdatastream.h"
+
 namespace nivaro {
 
 bool _WORKER_SCHEDULE_HISTORY_RECORD_V2::operator==(const _WORKER_SCHEDULE_HISTORY_RECORD_V2 &other) const
@@ -18,8 +20,8 @@ QDataStream &operator<<(QDataStream &out, const _WORKER_SCHEDULE_HISTORY_RECORD_
 QDataStream &operator>>(QDataStream &in, _WORKER_SCHEDULE_HISTORY_RECORD_V2 &record)
 {
     qint32 scheduleId = -1;
-    in >> record.id >> record.worker >> scheduleId >> record.startDate >> record.endDate
-        >> record.loopStartDate >> record.created;
+    in >> record.id >> record.worker >> scheduleId >> record.startDate >> record.endDate >> record.loopStartDate;
+    readDateTime(in, record.created);
     record.scheduleId = scheduleId;
     return in;
 }

@@ -5,6 +5,7 @@
 #include <workerabsencereason.h>
 #include <workerschedulehistoryrecord.h>
 
+#include <QTimeZone>
 #include <QtTest>
 
 using namespace nivaro;
@@ -50,6 +51,8 @@ private Q_SLOTS:
     void defaultAbsenceRecordIsTheInvalidOne();
     void hostileListCountIsRefused();
     void truncatedListIsRefused();
+    void unknownTimeZoneIsRefused_data();
+    void unknownTimeZoneIsRefused();
     void taskIdsAreUniqueAndIncreasing();
     void taskTravelsThroughQueuedSignal();
 };
@@ -127,6 +130,41 @@ void TestSharedRecords::truncatedListIsRefused()
         in >> back;
         QVERIFY(in.status() != QDataStream::Ok || back.records.size() < 3);
     }
+}
+
+// Qt reads a zone it does not know as an invalid one, and writing that back
+// crashes inside Qt: a store must refuse such bytes instead of loading them.
+void TestSharedRecords::unknownTimeZoneIsRefused_data()
+{
+    QTest::addColumn<QString>("zone");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("known zone") << QStringLiteral("Europe/Moscow") << true;
+    QTest::newRow("unknown zone") << QStringLiteral("Nowhere/Atlantis") << false;
+}
+
+void TestSharedRecords::unknownTimeZoneIsRefused()
+{
+    QFETCH(QString, zone);
+    QFETCH(bool, accepted);
+
+    QByteArray bytes;
+    {
+        NVDataStream out(&bytes, QIODevice::WriteOnly);
+        // An absence record whose creation time names the zone: id, reason,
+        // start, end, with-time flag, comment, then created.
+        const QDateTime utc(QDate(2024, 3, 9), QTime(12, 0), Qt::UTC);
+        out << quint32(1) << quint32(17) << utc << utc << true << QStringLiteral("отпуск");
+        out << QDate(2024, 3, 9) << QTime(12, 0) << qint8(Qt::TimeZone) << zone;
+    }
+    NVDataStream in(bytes);
+    _WORKER_ABSENCE_REASON_RECORD back;
+    in >> back;
+    QCOMPARE(in.status() == QDataStream::Ok, accepted);
+    if (accepted)
+        QCOMPARE(back.created.timeZone().id(), zone.toUtf8());
+    else
+        QVERIFY(!back.created.isValid());
+    throughStream(back); // writing it back must not crash
 }
 
 void TestSharedRecords::taskIdsAreUniqueAndIncreasing()

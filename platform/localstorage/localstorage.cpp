@@ -51,7 +51,7 @@ public:
     QHash<QString, TrieStatic<TYPE_ID>> indexes;
     ObjectTreeModel *tree = nullptr;
     StoreFile file;
-    const Collection empty;
+    const Collection empty{};
 
     // Where an object belongs: employees by their state, the rest as given.
     static QString home(const QString &dataname, const ObjectInfo &object)

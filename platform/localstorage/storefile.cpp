@@ -29,8 +29,7 @@ const char *const Schema[] = {
     "CREATE TABLE objects(uid INTEGER PRIMARY KEY, dataname TEXT NOT NULL, body BLOB NOT NULL)",
     "CREATE TABLE blobs(uid INTEGER NOT NULL, key TEXT NOT NULL, body BLOB NOT NULL, PRIMARY KEY(uid, key))",
     "CREATE TABLE schedules(id INTEGER PRIMARY KEY, body BLOB NOT NULL)",
-    "CREATE TABLE personal_schedules(worker INTEGER NOT NULL, id INTEGER NOT NULL, body BLOB NOT NULL, "
-    "PRIMARY KEY(worker, id))",
+    "CREATE TABLE personal_schedules(worker INTEGER NOT NULL, id INTEGER NOT NULL, body BLOB NOT NULL, PRIMARY KEY(worker, id))",
     "CREATE TABLE schedule_history(worker INTEGER PRIMARY KEY, body BLOB NOT NULL)",
     "CREATE TABLE absences(worker INTEGER PRIMARY KEY, body BLOB NOT NULL)",
 };

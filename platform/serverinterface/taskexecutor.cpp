@@ -1,5 +1,6 @@
 #include "taskexecutor.h"
 
+#include <dbparams.h>
 #include <localstorage.h>
 #include <objectinfo.h>
 
@@ -27,6 +28,13 @@ Outcome failure(const QString &why)
     return Outcome{0, why};
 }
 
+// Parameters the server keeps beside the record rather than in it: a photo
+// would make every record of the organisation large.
+bool isBlobKey(const QString &key)
+{
+    return key == db::worker::PHOTO || key == db::worker::PHOTO_PREVIEW;
+}
+
 } // namespace
 
 class TaskExecutorPrivate
@@ -51,13 +59,22 @@ public:
 
         static const QString prefix = QStringLiteral("property-");
         QHash<QString, QString> parameters;
+        QHash<QString, QString> blobs;
         for (auto it = task.params.cbegin(); it != task.params.cend(); ++it) {
-            if (it.key().startsWith(prefix) && it.key().size() > prefix.size())
-                parameters.insert(it.key().mid(prefix.size()), it.value().toString());
+            if (!it.key().startsWith(prefix) || it.key().size() == prefix.size())
+                continue;
+            const QString key = it.key().mid(prefix.size());
+            (isBlobKey(key) ? blobs : parameters).insert(key, it.value().toString());
         }
         QString error;
         if (!parameters.isEmpty() && !storage->updateParameters(task.uid, parameters, &error))
             return failure(error);
+        // Photos arrive as hex text, as the views read them back; an empty
+        // one removes the stored photo.
+        for (auto it = blobs.cbegin(); it != blobs.cend(); ++it) {
+            if (!storage->setBlob(task.uid, it.key(), it.value().toLatin1(), &error))
+                return failure(error);
+        }
 
         const QVariant parent = task.params.value(QStringLiteral("parent"));
         bool ok = false;

@@ -50,6 +50,7 @@ private Q_SLOTS:
     void failuresReplyZero_data();
     void failuresReplyZero();
     void reparents();
+    void photosGoToBlobs();
     void slotWithTextArgument();
     void receiverDestroyedWhileTaskIsOut();
 
@@ -95,6 +96,27 @@ void TestTaskExecutor::savesThroughTheEventLoop()
     QString error;
     QVERIFY(store->open(file, &error));
     QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Петров"));
+}
+
+void TestTaskExecutor::photosGoToBlobs()
+{
+    LocalStorage *store = LocalStorage::instance();
+    TaskExecutor executor(store);
+    Receiver receiver;
+    const QString hex = QStringLiteral("89504e47");
+    executor.execute(saveTask(&receiver, 100, OT_WORKER,
+                              {{db::worker::PHOTO, hex}, {db::worker::PHOTO_PREVIEW, hex}, {db::worker::LAST_NAME, QStringLiteral("Сидоров")}}));
+    QTRY_COMPARE(receiver.saved, QList<unsigned int>{100});
+    QCOMPARE(store->blob(100, db::worker::PHOTO), hex.toLatin1());
+    QCOMPARE(store->blob(100, db::worker::PHOTO_PREVIEW), hex.toLatin1());
+    QVERIFY(!store->object(100).hasParameter(db::worker::PHOTO));
+    QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Сидоров"));
+
+    // A cleared photo is sent as an empty value and removes the blob.
+    executor.execute(saveTask(&receiver, 100, OT_WORKER, {{db::worker::PHOTO, QString()}}));
+    QTRY_COMPARE(receiver.saved.size(), 2);
+    QVERIFY(store->blob(100, db::worker::PHOTO).isEmpty());
+    QCOMPARE(store->blob(100, db::worker::PHOTO_PREVIEW), hex.toLatin1());
 }
 
 void TestTaskExecutor::failuresReplyZero_data()

@@ -540,15 +540,14 @@ QHash<QString, QString> WorkerPropertyView::editedValues() const
     return values;
 }
 
-void WorkerPropertyView::applyChanges()
+template<typename F>
+void WorkerPropertyView::forEachChanged(F f) const
 {
     // Each control's value is taken once; only the comparison is per object.
     const QHash<QString, QString> values = editedValues();
     if (values.isEmpty())
         return;
-    const QString startText = tr("Сохранение параметров сотрудника %1");
-    const QString errorText = tr("Ошибка сохранения параметров сотрудника %1");
-    // A copy, so that a receiver of appendTask may change the selection.
+    // A copy, so that f may lead to a change of the selection.
     const nivaro::NVHash<unsigned int, nivaro::ObjectInfo> objects = m_objects;
     bool first = true;
     unsigned int previous = 0;
@@ -566,11 +565,28 @@ void WorkerPropertyView::applyChanges()
             if (photoKey || object->parameter(it.key()) != it.value())
                 mine.insert(it.key(), it.value());
         }
-        if (mine.isEmpty())
-            continue;
-        m_pending.insert(object.key(), mine);
-        emit appendTask(makeSaveTask(*object, mine, startText, errorText));
+        if (!mine.isEmpty())
+            f(*object, mine);
     }
+}
+
+QHash<unsigned int, QHash<QString, QString>> WorkerPropertyView::changedObjects() const
+{
+    QHash<unsigned int, QHash<QString, QString>> changed;
+    forEachChanged([&changed](const nivaro::ObjectInfo &object, const QHash<QString, QString> &changes) {
+        changed.insert(object.uid(), changes);
+    });
+    return changed;
+}
+
+void WorkerPropertyView::applyChanges()
+{
+    const QString startText = tr("Сохранение параметров сотрудника %1");
+    const QString errorText = tr("Ошибка сохранения параметров сотрудника %1");
+    forEachChanged([&](const nivaro::ObjectInfo &object, const QHash<QString, QString> &changes) {
+        m_pending.insert(object.uid(), changes);
+        emit appendTask(makeSaveTask(object, changes, startText, errorText));
+    });
 }
 
 void WorkerPropertyView::rejectChanges()

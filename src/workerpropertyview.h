@@ -39,8 +39,7 @@ public:
     void setBlobData(const QHash<unsigned int, QHash<QString, QByteArray>> &blobs);
     // Per selected employee, the parameters whose shown value differs from
     // the stored one, in the store's encoding.
-    // The edited controls' values by key, photos left out where they are banned.
-    QHash<QString, QString> editedValues() const;
+    QHash<unsigned int, QHash<QString, QString>> changedObjects() const;
     void enablePersonalDataFields(const QMap<QString, bool> &restrictions);
 
     // The personal data sheet the print button previews, as HTML.
@@ -88,6 +87,11 @@ private:
     void showValues();
     void enableControls();
     bool photosDenied() const;
+    // The edited controls' values by key, photos left out where they are banned.
+    QHash<QString, QString> editedValues() const;
+    // Calls f(object, changes) once per selected employee with changes.
+    template<typename F>
+    void forEachChanged(F f) const;
     // The picture shown where there is no photo: the ban notice or "no photo".
     const QPixmap &placeholder() const;
     QString shownValue(const QString &key) const;

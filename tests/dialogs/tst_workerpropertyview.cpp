@@ -211,6 +211,7 @@ void TestWorkerPropertyView::repeatedUidSendsOneTask()
     selection.insert(8, employee(8));
     m_view->setCurrent(selection);
     child<QLineEdit>("leDocNumber")->setText(QStringLiteral("2"));
+    QCOMPARE(m_view->changedObjects().keys(), QList<unsigned int>{8});
     const QList<TaskInfo> tasks = applyAndCollect();
     QCOMPARE(tasks.size(), 1);
     QCOMPARE(tasks.constFirst().uid, 8u);

@@ -1,0 +1,201 @@
+#include "baseprogresswizardpage.h"
+
+#include "ui_baseprogresswizardpage.h"
+
+#include <nvprogressbar.h>
+
+#include <QDebug>
+#include <QScrollBar>
+#include <QWizard>
+
+BaseProgressWizardPage::BaseProgressWizardPage(QWidget *parent)
+    : NVWizardPage(parent)
+    , ui(new Ui::BaseProgressWizardPage)
+    , m_finishMessage(tr("Создание завершено"))
+{
+    ui->setupUi(this);
+}
+
+BaseProgressWizardPage::~BaseProgressWizardPage() = default;
+
+void BaseProgressWizardPage::setFinishMessage(const QString &message)
+{
+    m_finishMessage = message;
+}
+
+QString BaseProgressWizardPage::finishMessage() const
+{
+    return m_finishMessage;
+}
+
+void BaseProgressWizardPage::setErrorHandlingPolicy(ErrorHandlingPolicy policy)
+{
+    m_policy = policy;
+}
+
+BaseProgressWizardPage::ErrorHandlingPolicy BaseProgressWizardPage::errorHandlingPolicy() const
+{
+    return m_policy;
+}
+
+nivaro::TaskInfo BaseProgressWizardPage::task(const QString &command) const
+{
+    for (const nivaro::TaskInfo &t : m_queue) {
+        if (t.command == command)
+            return t;
+    }
+    return {};
+}
+
+void BaseProgressWizardPage::appendMessage(const QString &text)
+{
+    if (text.isEmpty())
+        return;
+    ui->lbCurrentMessage->setText(text);
+    ui->logView->append(ui->lbCurrentMessage->text());
+    QScrollBar *bar = ui->logView->verticalScrollBar();
+    bar->setValue(bar->maximum());
+}
+
+void BaseProgressWizardPage::clearMessages()
+{
+    ui->lbCurrentMessage->clear();
+    ui->logView->clear();
+}
+
+void BaseProgressWizardPage::dropTaskQueue(const QString &message)
+{
+    m_queue.clear();
+    appendMessage(message);
+    taskFailed();
+    emit tasksFinished();
+    emit completeChanged();
+}
+
+bool BaseProgressWizardPage::isComplete() const
+{
+    return m_queue.isEmpty();
+}
+
+void BaseProgressWizardPage::initializePage()
+{
+    m_failedInRun = false;
+    ui->progressBar->resetState();
+    executeNext();
+}
+
+QString BaseProgressWizardPage::logText() const
+{
+    return ui->logView->toPlainText();
+}
+
+void BaseProgressWizardPage::addTask(nivaro::TaskInfo task)
+{
+    qDebug() << "Add task" << task.uid << task.command;
+    m_queue.append(task);
+    emit completeChanged();
+    taskAdded();
+}
+
+void BaseProgressWizardPage::objectAdded(nivaro::TYPE_ID uid)
+{
+    if (uid != 0) {
+        // Later pages and the host find the new object here, and tasks
+        // queued before it existed now act on it.
+        if (QWizard *w = wizard())
+            w->setProperty("uid", uid);
+        for (nivaro::TaskInfo &t : m_queue)
+            t.uid = uid;
+    }
+    objectUpdated(uid);
+}
+
+void BaseProgressWizardPage::objectUpdated(nivaro::TYPE_ID uid)
+{
+    if (uid == 0) {
+        appendMessage(m_queue.isEmpty() ? tr("Неизвестная ошибка") : m_queue.constFirst().errorMessage);
+        ui->progressBar->failed();
+        m_failedInRun = true;
+        if (m_policy == StopOnFailure) {
+            taskFailed();
+            m_queue.clear();
+            emit tasksFinished();
+            emit completeChanged();
+            return;
+        }
+    } else if (!m_failedInRun) {
+        // Once a task of the run has failed the bar keeps saying so.
+        ui->progressBar->successed();
+    }
+    taskCompleted();
+    if (!m_queue.isEmpty())
+        m_queue.removeFirst();
+    executeNext();
+    emit completeChanged();
+}
+
+void BaseProgressWizardPage::taskAdded()
+{
+    ui->progressBar->setMaximum(ui->progressBar->maximum() + 1);
+}
+
+void BaseProgressWizardPage::taskCompleted()
+{
+    ui->progressBar->setValue(ui->progressBar->value() + 1);
+}
+
+void BaseProgressWizardPage::taskFailed()
+{
+    ui->progressBar->setValue(ui->progressBar->maximum());
+    ui->progressBar->failed();
+}
+
+NVProgressBar *BaseProgressWizardPage::progressBar() const
+{
+    return ui->progressBar;
+}
+
+QLabel *BaseProgressWizardPage::currentMessageLabel() const
+{
+    return ui->lbCurrentMessage;
+}
+
+QTextBrowser *BaseProgressWizardPage::logView() const
+{
+    return ui->logView;
+}
+
+void BaseProgressWizardPage::executeNext()
+{
+    if (m_running) {
+        m_runAgain = true;
+        return;
+    }
+    m_running = true;
+    do {
+        m_runAgain = false;
+        runHead();
+    } while (m_runAgain);
+    m_running = false;
+}
+
+void BaseProgressWizardPage::runHead()
+{
+    if (m_queue.isEmpty()) {
+        finishRun();
+        return;
+    }
+    nivaro::TaskInfo &head = m_queue.first();
+    appendMessage(head.startMessage);
+    head.widget = this;
+    emit executeTask(head);
+}
+
+void BaseProgressWizardPage::finishRun()
+{
+    if (!m_finishMessage.isEmpty())
+        appendMessage(m_finishMessage);
+    ui->progressBar->setValue(ui->progressBar->maximum());
+    emit tasksFinished();
+    emit completeChanged();
+}

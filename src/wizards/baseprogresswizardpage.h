@@ -1,0 +1,103 @@
+#ifndef BASEPROGRESSWIZARDPAGE_H
+#define BASEPROGRESSWIZARDPAGE_H
+
+#include "nvdialogs_export.h"
+
+#include <nvtypes.h>
+#include <nvwizardpage.h>
+#include <taskinfo.h>
+
+#include <QList>
+#include <QScopedPointer>
+
+class NVProgressBar;
+class QLabel;
+class QTextBrowser;
+namespace Ui {
+class BaseProgressWizardPage;
+}
+
+/**
+ * The last page of a wizard: runs the queue of server tasks that the
+ * earlier pages built, one at a time, with a progress bar and a log.
+ *
+ * Each task goes out through executeTask() with this page as its reply
+ * receiver; the host's executor answers by calling the reply slot the task
+ * names (objectAdded / objectUpdated here, or a derived page's slot that
+ * forwards to them) with the object's uid, 0 meaning failure. The head task
+ * stays queued until its reply arrives. The page is complete exactly when
+ * the queue is empty, so a wizard that queued nothing can finish at once.
+ */
+class NVDIALOGS_EXPORT BaseProgressWizardPage : public NVWizardPage
+{
+    Q_OBJECT
+public:
+    enum ErrorHandlingPolicy {
+        StopOnFailure = 0,     // the first failure discards the rest of the queue
+        ContinueOnFailure = 1, // any value but 0: log the failure, run the rest
+    };
+    Q_ENUM(ErrorHandlingPolicy)
+
+    explicit BaseProgressWizardPage(QWidget *parent = nullptr);
+    ~BaseProgressWizardPage() override;
+
+    void setFinishMessage(const QString &message);
+    QString finishMessage() const;
+    void setErrorHandlingPolicy(ErrorHandlingPolicy policy);
+    ErrorHandlingPolicy errorHandlingPolicy() const;
+
+    // The first queued task with this command name; a default task (number
+    // 0, no command) when there is none.
+    nivaro::TaskInfo task(const QString &command) const;
+    int queuedTaskCount() const { return m_queue.size(); }
+
+    // Shows text as the current message and adds it to the log; an empty
+    // text changes nothing.
+    void appendMessage(const QString &text);
+    void clearMessages();
+    // Abandons the run: the queue is emptied and the message logged.
+    void dropTaskQueue(const QString &message);
+
+    bool isComplete() const override;
+    void initializePage() override;
+
+    // The log as plain text, one line per message; for tests and the save
+    // of a finished run's log.
+    QString logText() const;
+
+Q_SIGNALS:
+    void executeTask(nivaro::TaskInfo task);
+    void tasksFinished();
+
+public Q_SLOTS:
+    void addTask(nivaro::TaskInfo task);
+    void objectAdded(nivaro::TYPE_ID uid);
+    void objectUpdated(nivaro::TYPE_ID uid);
+
+protected:
+    virtual void taskAdded();
+    virtual void taskCompleted();
+    virtual void taskFailed();
+
+    NVProgressBar *progressBar() const;
+    QLabel *currentMessageLabel() const;
+    QTextBrowser *logView() const;
+
+private:
+    void executeNext();
+    void runHead();
+    void finishRun();
+
+    QScopedPointer<Ui::BaseProgressWizardPage> ui;
+    QList<nivaro::TaskInfo> m_queue;
+    QString m_finishMessage;
+    ErrorHandlingPolicy m_policy = StopOnFailure;
+    bool m_failedInRun = false;
+    // A reply may arrive inside executeTask (an executor that answers at
+    // once): the next task then runs from the loop in executeNext rather
+    // than one stack frame deeper per task.
+    bool m_running = false;
+    bool m_runAgain = false;
+};
+
+#endif

@@ -1,0 +1,49 @@
+#include "deletelistwizardpage.h"
+
+#include <datanames.h>
+#include <localstorage.h>
+#include <objecttreemodel.h>
+#include <objecttreeproxy.h>
+#include <styleditemdelegate.h>
+
+#include <QHeaderView>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+DeleteListWizardPage::DeleteListWizardPage(QWidget *parent)
+    : NVWizardPage(parent)
+    , m_view(new QTreeView(this))
+    , m_proxy(new nivaro::ObjectTreeProxy(this))
+{
+    setTitle(tr("Список объектов"));
+    m_proxy->setSourceModel(nivaro::LocalStorage::instance()->model(nivaro::ORGSTRUCTURE_DATANAME));
+    m_proxy->setFilterUids({});
+    m_view->setObjectName(QStringLiteral("objectList"));
+    m_view->setModel(m_proxy);
+    m_view->header()->hide();
+    m_view->setSelectionMode(QAbstractItemView::NoSelection);
+    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_view);
+}
+
+void DeleteListWizardPage::setUids(const QList<unsigned int> &uids)
+{
+    m_proxy->setFilterUids(QSet<nivaro::TYPE_ID>(uids.cbegin(), uids.cend()));
+    m_view->expandAll();
+}
+
+QAbstractItemModel *DeleteListWizardPage::model() const
+{
+    return m_proxy->sourceModel();
+}
+
+nivaro::ObjectTreeProxy *DeleteListWizardPage::proxy() const
+{
+    return m_proxy;
+}
+
+void DeleteListWizardPage::setItemDelegate(StyledItemDelegate *delegate, QAbstractItemView *view)
+{
+    (view ? view : m_view)->setItemDelegate(delegate);
+}

@@ -1,0 +1,39 @@
+#ifndef DELETELISTWIZARDPAGE_H
+#define DELETELISTWIZARDPAGE_H
+
+#include "nvdialogs_export.h"
+
+#include <nvwizardpage.h>
+
+class QAbstractItemModel;
+class QAbstractItemView;
+class QTreeView;
+class StyledItemDelegate;
+namespace nivaro {
+class ObjectTreeProxy;
+}
+
+/**
+ * The objects a bulk wizard (delete, update) will act on, shown where they
+ * sit in the organisation tree: the store's tree through a proxy filtered
+ * to the given uids, their ancestors kept for the path.
+ */
+class NVDIALOGS_EXPORT DeleteListWizardPage : public NVWizardPage
+{
+    Q_OBJECT
+public:
+    explicit DeleteListWizardPage(QWidget *parent = nullptr);
+
+    void setUids(const QList<unsigned int> &uids);
+
+    QAbstractItemModel *model() const;
+    nivaro::ObjectTreeProxy *proxy() const;
+    // Installs the delegate on view, or on this page's list when view is null.
+    void setItemDelegate(StyledItemDelegate *delegate, QAbstractItemView *view = nullptr);
+
+private:
+    QTreeView *m_view = nullptr;
+    nivaro::ObjectTreeProxy *m_proxy = nullptr;
+};
+
+#endif

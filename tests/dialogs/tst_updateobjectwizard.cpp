@@ -1,0 +1,168 @@
+#include <deletelistwizardpage.h>
+#include <updateobjectwizard.h>
+
+#include <datanames.h>
+#include <dbparams.h>
+#include <localstorage.h>
+#include <nvprogressbar.h>
+#include <objecttreeproxy.h>
+#include <objecttypes.h>
+#include <pagelistwizard.h>
+#include <taskexecutor.h>
+
+#include <QAbstractButton>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace nivaro;
+
+class TestUpdateObjectWizard : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void wizardShape();
+    void noUidsSendsNothing();
+    void taskCarriesEveryParameter();
+    void stopsAtTheFirstFailure();
+    void runsThroughTheExecutorIntoTheStore();
+
+private:
+    QList<TaskInfo> run(UpdateProgressWizardPage &page);
+    QTemporaryDir m_dir;
+    LocalStorage *store = LocalStorage::instance();
+};
+
+void TestUpdateObjectWizard::init()
+{
+    QFile::remove(m_dir.filePath(QStringLiteral("s.db")));
+    QString error;
+    QVERIFY2(store->open(m_dir.filePath(QStringLiteral("s.db")), &error), qPrintable(error));
+    ObjectInfo root(SUBJECT_ROOT_UID, OT_SUBJECT_ROOT, {{db::common::NAME, QStringLiteral("Организация")}});
+    ObjectInfo dep(20, OT_DEPARTMENT, {{db::common::NAME, QStringLiteral("Склад")}});
+    dep.setParent(SUBJECT_ROOT_UID);
+    QList<ObjectInfo> workers;
+    for (TYPE_ID uid : {101u, 102u, 103u}) {
+        ObjectInfo w(uid, OT_WORKER, {{db::worker::LAST_NAME, QStringLiteral("Сотрудник%1").arg(uid)}});
+        w.setParent(20);
+        workers << w;
+    }
+    QVERIFY(store->putObjects(ORGSTRUCTURE_DATANAME, {root, dep}));
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, workers));
+}
+
+void TestUpdateObjectWizard::cleanup()
+{
+    store->close();
+}
+
+QList<TaskInfo> TestUpdateObjectWizard::run(UpdateProgressWizardPage &page)
+{
+    QList<TaskInfo> sent;
+    connect(&page, &UpdateProgressWizardPage::appendTask, this, [&sent](const TaskInfo &t) { sent.append(t); });
+    page.initializePage();
+    return sent;
+}
+
+void TestUpdateObjectWizard::wizardShape()
+{
+    QPointer<UpdateObjectWizard> wizard = new UpdateObjectWizard;
+    QCOMPARE(wizard->objectName(), QStringLiteral("UpdateObjectWizard"));
+    QCOMPARE(wizard->windowTitle(), QStringLiteral("Мастер обновления объектов"));
+    QVERIFY(!wizard->isPageListVisible());
+    QCOMPARE(wizard->pageIds(), (QList<int>{0, 1}));
+    QVERIFY(qobject_cast<DeleteListWizardPage *>(wizard->page(0)));
+
+    // The list shows the chosen objects with the path to them.
+    wizard->setUids({102});
+    QAbstractItemModel *proxy = wizard->proxy();
+    QCOMPARE(proxy->rowCount(), 1);
+    const QModelIndex dep = proxy->index(0, 0, proxy->index(0, 0));
+    QCOMPARE(dep.data().toString(), QStringLiteral("Склад"));
+    QCOMPARE(proxy->rowCount(dep), 1);
+    QCOMPARE(proxy->index(0, 0, dep).data().toString(), QStringLiteral("Сотрудник102"));
+
+    wizard->show();
+    wizard->close(); // deleted when closed
+    QTRY_VERIFY(wizard.isNull());
+}
+
+void TestUpdateObjectWizard::noUidsSendsNothing()
+{
+    UpdateProgressWizardPage page;
+    page.setUids({});
+    const QList<TaskInfo> sent = run(page);
+    QVERIFY(sent.isEmpty());
+    QCOMPARE(page.findChild<NVProgressBar *>(QStringLiteral("progressBar"))->maximum(), 0);
+    QCOMPARE(page.statusText(), QStringLiteral("Успешно завершено"));
+    QVERIFY(page.isComplete());
+}
+
+void TestUpdateObjectWizard::taskCarriesEveryParameter()
+{
+    UpdateProgressWizardPage page;
+    page.setUids({101});
+    page.addUpdateParameter(db::worker::LOCKED, QStringLiteral("true"));
+    page.addUpdateParameter(db::worker::SCHEDULE, 3);
+    const QList<TaskInfo> sent = run(page);
+    QCOMPARE(sent.size(), 1);
+    const TaskInfo &t = sent.constFirst();
+    QCOMPARE(t.uid, 101u);
+    QCOMPARE(t.command, QStringLiteral("save_object"));
+    QCOMPARE(t.slot, QStringLiteral("updated"));
+    QCOMPARE(t.widget.data(), &page);
+    QCOMPARE(t.params.value(QStringLiteral("object_type")).toString(), OT_WORKER);
+    QCOMPARE(t.params.value(QStringLiteral("property-%1").arg(db::worker::LOCKED)).toString(), QStringLiteral("true"));
+    QCOMPARE(t.params.value(QStringLiteral("property-%1").arg(db::worker::SCHEDULE)).toInt(), 3);
+    QCOMPARE(t.params.size(), 3);
+    QCOMPARE(t.startMessage, QStringLiteral("Обработка Сотрудник101"));
+    QCOMPARE(t.errorMessage, QStringLiteral("Ошибка обработки Сотрудник101"));
+    QVERIFY(!page.isComplete());
+}
+
+void TestUpdateObjectWizard::stopsAtTheFirstFailure()
+{
+    UpdateProgressWizardPage page;
+    page.setUids({101, 102, 103});
+    page.addUpdateParameter(db::worker::LOCKED, QStringLiteral("true"));
+    QList<TaskInfo> sent = run(page);
+    QCOMPARE(sent.size(), 1);
+    page.updated(sent.at(0).uid);
+    QCOMPARE(sent.size(), 2);
+    page.updated(0);
+    QCOMPARE(sent.size(), 2); // nothing more goes out
+    QCOMPARE(page.statusText(), QStringLiteral("Ошибка"));
+    QVERIFY(page.isComplete());
+    auto *bar = page.findChild<NVProgressBar *>(QStringLiteral("progressBar"));
+    QCOMPARE(bar->value(), 1);
+    QCOMPARE(bar->state(), NVProgressBar::Failed);
+    const QString first = sent.at(0).startMessage.mid(QStringLiteral("Обработка ").size());
+    const QString second = sent.at(1).startMessage.mid(QStringLiteral("Обработка ").size());
+    QCOMPARE(page.logText().split(QLatin1Char('\n')),
+             (QStringList{QStringLiteral("Обработка %1").arg(first), QStringLiteral("%1 обработан").arg(first),
+                          QStringLiteral("Обработка %1").arg(second), QStringLiteral("Ошибка обработки %1").arg(second)}));
+
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("no task out")));
+    page.updated(103); // a late reply changes nothing
+    QCOMPARE(bar->value(), 1);
+}
+
+void TestUpdateObjectWizard::runsThroughTheExecutorIntoTheStore()
+{
+    TaskExecutor executor(store);
+    auto *wizard = new UpdateObjectWizard;
+    connect(wizard, &UpdateObjectWizard::appendTask, &executor, &TaskExecutor::execute);
+    wizard->setUids({101, 102, 103});
+    wizard->addUpdateParameter(db::worker::LOCKED, QStringLiteral("true"));
+    wizard->show();
+    wizard->next();
+    QTRY_COMPARE(wizard->progressPage()->statusText(), QStringLiteral("Успешно завершено"));
+    for (TYPE_ID uid : {101u, 102u, 103u})
+        QCOMPARE(store->object(uid).parameter(db::worker::LOCKED), QStringLiteral("true"));
+    QVERIFY(wizard->button(QWizard::FinishButton)->isEnabled());
+    delete wizard;
+}
+
+QTEST_MAIN(TestUpdateObjectWizard)
+#include "tst_updateobjectwizard.moc"

@@ -5,6 +5,7 @@
 // <= 1.2 us and <= 64 bytes per pair. The Reference* runs measure the plain
 // ordered map of hash sets for comparison.
 #include "benchdata.h"
+#include "referenceindex.h"
 
 #include <benchmark/benchmark.h>
 
@@ -71,37 +72,6 @@ const TrieStatic<unsigned> &filled()
     }();
     return trie;
 }
-
-// The ordered map the index answers like: QMap of QSet, with a reverse hash.
-struct ReferenceIndex
-{
-    QMap<QString, QSet<unsigned>> forward;
-    QMultiHash<unsigned, QString> reverse;
-
-    void add(const QString &key, unsigned value)
-    {
-        forward[key].insert(value);
-        if (!reverse.values(value).contains(key))
-            reverse.insert(value, key);
-    }
-    void remove(unsigned value)
-    {
-        for (const QString &key : reverse.values(value)) {
-            auto it = forward.find(key);
-            it->remove(value);
-            if (it->isEmpty())
-                forward.erase(it);
-        }
-        reverse.remove(value);
-    }
-    bool contains(const QString &prefix, QSet<unsigned> &result) const
-    {
-        result.clear();
-        for (auto it = forward.lowerBound(prefix); it != forward.cend() && it.key().startsWith(prefix); ++it)
-            result.unite(*it);
-        return !result.isEmpty();
-    }
-};
 
 const ReferenceIndex &referenceFilled()
 {

@@ -167,16 +167,7 @@ QTextBrowser *BaseProgressWizardPage::logView() const
 
 void BaseProgressWizardPage::executeNext()
 {
-    if (m_running) {
-        m_runAgain = true;
-        return;
-    }
-    m_running = true;
-    do {
-        m_runAgain = false;
-        runHead();
-    } while (m_runAgain);
-    m_running = false;
+    m_loop.run([this] { runHead(); });
 }
 
 void BaseProgressWizardPage::runHead()

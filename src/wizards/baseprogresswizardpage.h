@@ -2,6 +2,7 @@
 #define BASEPROGRESSWIZARDPAGE_H
 
 #include "nvdialogs_export.h"
+#include "steppedloop.h"
 
 #include <nvtypes.h>
 #include <nvwizardpage.h>
@@ -93,11 +94,7 @@ private:
     QString m_finishMessage;
     ErrorHandlingPolicy m_policy = StopOnFailure;
     bool m_failedInRun = false;
-    // A reply may arrive inside executeTask (an executor that answers at
-    // once): the next task then runs from the loop in executeNext rather
-    // than one stack frame deeper per task.
-    bool m_running = false;
-    bool m_runAgain = false;
+    SteppedLoop m_loop;
 };
 
 #endif

@@ -51,16 +51,7 @@ void UpdateProgressWizardPage::initializePage()
 
 void UpdateProgressWizardPage::updateNext()
 {
-    if (m_sending) {
-        m_sendAgain = true;
-        return;
-    }
-    m_sending = true;
-    do {
-        m_sendAgain = false;
-        sendNext();
-    } while (m_sendAgain);
-    m_sending = false;
+    m_loop.run([this] { sendNext(); });
 }
 
 void UpdateProgressWizardPage::sendNext()

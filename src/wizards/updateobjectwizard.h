@@ -2,6 +2,7 @@
 #define UPDATEOBJECTWIZARD_H
 
 #include "nvdialogs_export.h"
+#include "steppedloop.h"
 
 #include <nvwizardpage.h>
 #include <nvhash.h>
@@ -59,10 +60,7 @@ private:
     QLabel *m_status = nullptr;
     NVProgressBar *m_bar = nullptr;
     QTextBrowser *m_log = nullptr;
-    // A reply inside appendTask (an executor that answers at once) sends
-    // the next task from the loop in updateNext, not one frame deeper.
-    bool m_sending = false;
-    bool m_sendAgain = false;
+    SteppedLoop m_loop;
 };
 
 /** Applies the same parameter values to many objects, listing them first. */

@@ -1,6 +1,8 @@
 #include "mainwindow.h"
 
+#include "bulkupdatedialog.h"
 #include "propertyframe.h"
+#include "studiostartup.h"
 
 #include <datanames.h>
 #include <localstorage.h>
@@ -9,6 +11,7 @@
 #include <objecttreeproxy.h>
 #include <objecttypes.h>
 #include <taskexecutor.h>
+#include <updateobjectwizard.h>
 #include <workerpropertyview.h>
 
 #include <QAction>
@@ -16,6 +19,7 @@
 #include <QCloseEvent>
 #include <QDebug>
 #include <QDir>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
@@ -69,6 +73,11 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     QMenu *file = menuBar()->addMenu(tr("&Файл"));
     QAction *quit = file->addAction(tr("Выход"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
+    QMenu *edit = menuBar()->addMenu(tr("&Правка"));
+    m_bulkUpdate = edit->addAction(tr("Массовое изменение…"), this, &MainWindow::bulkUpdate);
+    m_bulkUpdate->setObjectName(QStringLiteral("bulkUpdateAction"));
+    m_bulkUpdate->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_U));
+    m_bulkUpdate->setEnabled(false);
 
     m_proxy->setSourceModel(storage->model(nivaro::ORGSTRUCTURE_DATANAME));
     m_proxy->setTypeFilter({nivaro::OT_SUBJECT_ROOT, nivaro::OT_FIRM, nivaro::OT_DEPARTMENT, nivaro::OT_WORKER});
@@ -188,6 +197,7 @@ bool MainWindow::settleUnsaved()
 
 void MainWindow::selectionChanged()
 {
+    m_bulkUpdate->setEnabled(!selectedObjects().isEmpty());
     if (m_restoringSelection)
         return;
     QList<TYPE_ID> workers;
@@ -218,6 +228,51 @@ void MainWindow::selectionChanged()
         return;
     }
     showSelection(workers);
+}
+
+QList<TYPE_ID> MainWindow::selectedObjects() const
+{
+    QList<TYPE_ID> uids;
+    for (const QModelIndex &index : m_tree->selectionModel()->selectedRows()) {
+        const QString type = index.data(nivaro::ObjectTreeModel::TypeRole).toString();
+        if (type == nivaro::OT_WORKER || type == nivaro::OT_DEPARTMENT)
+            uids.append(index.data(nivaro::ObjectTreeModel::UidRole).toUInt());
+    }
+    return uids;
+}
+
+void MainWindow::bulkUpdate()
+{
+    const QList<TYPE_ID> uids = selectedObjects();
+    if (uids.isEmpty())
+        return;
+    BulkUpdateDialog dialog(m_storage, uids.size(), this);
+    if (dialog.exec() == QDialog::Accepted)
+        startBulkUpdate(uids, dialog.parameter(), dialog.value());
+}
+
+UpdateObjectWizard *MainWindow::startBulkUpdate(const QList<TYPE_ID> &uids, const QString &key, const QVariant &value)
+{
+    // The wizard rewrites what the view shows: settle its edits first.
+    if (!settleUnsaved())
+        return nullptr;
+    auto *wizard = new UpdateObjectWizard(this);
+    wizard->setUids(uids);
+    wizard->addUpdateParameter(key, value);
+    connect(wizard, &UpdateObjectWizard::appendTask, m_executor, &nivaro::TaskExecutor::execute);
+    wizard->setOption(QWizard::HaveCustomButton1);
+    wizard->setButtonText(QWizard::CustomButton1, tr("Сохранить журнал…"));
+    connect(wizard, &QWizard::customButtonClicked, wizard, [this, wizard] {
+        const QString path = QFileDialog::getSaveFileName(wizard, tr("Сохранить журнал"), QString(),
+                                                          tr("Текстовые файлы (*.txt)"));
+        if (path.isEmpty())
+            return;
+        QString error;
+        if (!StudioStartup::writeText(path, wizard->progressPage()->logText(), &error))
+            QMessageBox::warning(wizard, tr("Сохранить журнал"), error);
+    });
+    wizard->show();
+    return wizard;
 }
 
 void MainWindow::showSelection(const QList<TYPE_ID> &uids)

@@ -25,6 +25,8 @@ class TaskExecutor;
  * store's figures in the status bar. Saves go through the task executor,
  * which stands in for the server.
  */
+class UpdateObjectWizard;
+
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -50,6 +52,13 @@ public:
     // closes. A question box; tests replace it.
     std::function<UnsavedChoice()> askUnsaved;
 
+    QAction *bulkUpdateAction() const { return m_bulkUpdate; }
+    // Employees and departments selected in the tree, in tree order.
+    QList<nivaro::TYPE_ID> selectedObjects() const;
+    // Opens the update wizard writing key = value to these objects through
+    // the executor; null when unsaved edits kept the operator from it.
+    UpdateObjectWizard *startBulkUpdate(const QList<nivaro::TYPE_ID> &uids, const QString &key, const QVariant &value);
+
 protected:
     void closeEvent(QCloseEvent *event) override;
 
@@ -57,6 +66,7 @@ private Q_SLOTS:
     void selectionChanged();
     void applyFilter();
     void updateStatus();
+    void bulkUpdate();
 
 private:
     bool settleUnsaved();
@@ -73,6 +83,7 @@ private:
     PropertyFrame *m_frame;
     WorkerPropertyView *m_workerView;
     QLabel *m_statusCounts;
+    QAction *m_bulkUpdate = nullptr;
     QList<nivaro::TYPE_ID> m_shown;
     bool m_restoringSelection = false;
 };

@@ -11,6 +11,7 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QPixmap>
+#include <QSaveFile>
 #include <QStandardPaths>
 
 QString StudioStartup::defaultStorePath()
@@ -57,6 +58,18 @@ bool StudioStartup::saveScreenshot(MainWindow *window, const QString &fileName, 
     if (picture.isNull() || !picture.save(fileName)) {
         *error = QCoreApplication::translate("StudioStartup", "Не удалось сохранить снимок окна в %1")
                      .arg(QDir::toNativeSeparators(fileName));
+        return false;
+    }
+    return true;
+}
+
+bool StudioStartup::writeText(const QString &fileName, const QString &text, QString *error)
+{
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0 || !file.commit()) {
+        qDebug() << "studio: cannot write" << fileName << file.errorString();
+        if (error)
+            *error = QObject::tr("Не удалось записать файл %1: %2").arg(fileName, file.errorString());
         return false;
     }
     return true;

@@ -26,6 +26,8 @@ public:
 
     // Shows the first employee, lets the window settle and saves a picture of it.
     static bool saveScreenshot(MainWindow *window, const QString &fileName, QString *error);
+    // Writes text as UTF-8, replacing the file only once all of it is written.
+    static bool writeText(const QString &fileName, const QString &text, QString *error);
 
     static constexpr int DefaultEmployees = 300;
 };

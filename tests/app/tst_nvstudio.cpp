@@ -8,8 +8,10 @@
 #include <localstorage.h>
 #include <objecttypes.h>
 #include <taskexecutor.h>
+#include <updateobjectwizard.h>
 #include <workerpropertyview.h>
 
+#include <QAction>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -31,6 +33,7 @@ private Q_SLOTS:
     void unsavedEditsAskBeforeSwitching_data();
     void unsavedEditsAskBeforeSwitching();
     void screenshotIsWritten();
+    void bulkUpdateWritesTheSelection();
 
 private:
     QString storePath() const { return m_dir->filePath(QStringLiteral("test.store")); }
@@ -187,6 +190,36 @@ void TestNvStudio::screenshotIsWritten()
     QImage image(png);
     QVERIFY(!image.isNull());
     QVERIFY(image.width() > 400);
+}
+
+void TestNvStudio::bulkUpdateWritesTheSelection()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    const QList<nivaro::TYPE_ID> uids = twoEmployees();
+    MainWindow window(LocalStorage::instance());
+    window.show();
+    QVERIFY(!window.bulkUpdateAction()->isEnabled());
+    window.selectUids(uids);
+    QVERIFY(window.bulkUpdateAction()->isEnabled());
+    QCOMPARE(window.selectedObjects().size(), 2);
+
+    UpdateObjectWizard *wizard = window.startBulkUpdate(window.selectedObjects(), db::worker::LOCKED, QStringLiteral("true"));
+    QVERIFY(wizard);
+    wizard->next();
+    QTRY_COMPARE(wizard->progressPage()->statusText(), QStringLiteral("Успешно завершено"));
+    for (nivaro::TYPE_ID uid : uids)
+        QCOMPARE(LocalStorage::instance()->object(uid).parameter(db::worker::LOCKED), QStringLiteral("true"));
+
+    // The finished run's log can be kept.
+    const QString log = m_dir->filePath(QStringLiteral("log.txt"));
+    QVERIFY(StudioStartup::writeText(log, wizard->progressPage()->logText(), &error));
+    QFile file(log);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(QString::fromUtf8(file.readAll()).count(QStringLiteral("обработан")), 2);
+    QVERIFY(!StudioStartup::writeText(m_dir->filePath(QStringLiteral("no/such/dir/log.txt")), QStringLiteral("x"), &error));
+    QVERIFY(!error.isEmpty());
+    wizard->close();
 }
 
 QTEST_MAIN(TestNvStudio)

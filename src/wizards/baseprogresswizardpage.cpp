@@ -1,11 +1,11 @@
 #include "baseprogresswizardpage.h"
 
+#include "bufferedlog.h"
 #include "ui_baseprogresswizardpage.h"
 
 #include <nvprogressbar.h>
 
 #include <QDebug>
-#include <QScrollBar>
 #include <QWizard>
 
 BaseProgressWizardPage::BaseProgressWizardPage(QWidget *parent)
@@ -14,6 +14,7 @@ BaseProgressWizardPage::BaseProgressWizardPage(QWidget *parent)
     , m_finishMessage(tr("Создание завершено"))
 {
     ui->setupUi(this);
+    m_log = new BufferedLog(ui->logView, this);
 }
 
 BaseProgressWizardPage::~BaseProgressWizardPage() = default;
@@ -52,15 +53,13 @@ void BaseProgressWizardPage::appendMessage(const QString &text)
     if (text.isEmpty())
         return;
     ui->lbCurrentMessage->setText(text);
-    ui->logView->append(ui->lbCurrentMessage->text());
-    QScrollBar *bar = ui->logView->verticalScrollBar();
-    bar->setValue(bar->maximum());
+    m_log->append(ui->lbCurrentMessage->text());
 }
 
 void BaseProgressWizardPage::clearMessages()
 {
     ui->lbCurrentMessage->clear();
-    ui->logView->clear();
+    m_log->clear();
 }
 
 void BaseProgressWizardPage::dropTaskQueue(const QString &message)
@@ -86,7 +85,7 @@ void BaseProgressWizardPage::initializePage()
 
 QString BaseProgressWizardPage::logText() const
 {
-    return ui->logView->toPlainText();
+    return m_log->text();
 }
 
 void BaseProgressWizardPage::addTask(nivaro::TaskInfo task)
@@ -162,6 +161,7 @@ QLabel *BaseProgressWizardPage::currentMessageLabel() const
 
 QTextBrowser *BaseProgressWizardPage::logView() const
 {
+    m_log->flush();
     return ui->logView;
 }
 

@@ -11,6 +11,7 @@
 #include <QList>
 #include <QScopedPointer>
 
+class BufferedLog;
 class NVProgressBar;
 class QLabel;
 class QTextBrowser;
@@ -90,6 +91,7 @@ private:
     void finishRun();
 
     QScopedPointer<Ui::BaseProgressWizardPage> ui;
+    BufferedLog *m_log = nullptr;
     QList<nivaro::TaskInfo> m_queue;
     QString m_finishMessage;
     ErrorHandlingPolicy m_policy = StopOnFailure;

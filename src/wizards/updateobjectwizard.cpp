@@ -1,5 +1,6 @@
 #include "updateobjectwizard.h"
 
+#include "bufferedlog.h"
 #include "deletelistwizardpage.h"
 
 #include <localstorage.h>
@@ -8,7 +9,6 @@
 
 #include <QDebug>
 #include <QLabel>
-#include <QScrollBar>
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
@@ -25,6 +25,7 @@ UpdateProgressWizardPage::UpdateProgressWizardPage(QWidget *parent)
     m_bar->setFormat(QStringLiteral("%p%"));
     m_log->setObjectName(QStringLiteral("logView"));
     m_log->setReadOnly(true);
+    m_buffer = new BufferedLog(m_log, this);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_status);
     layout->addWidget(m_bar);
@@ -112,14 +113,12 @@ QString UpdateProgressWizardPage::statusText() const
 
 QString UpdateProgressWizardPage::logText() const
 {
-    return m_log->toPlainText();
+    return m_buffer->text();
 }
 
 void UpdateProgressWizardPage::appendLog(const QString &text)
 {
-    m_log->append(text);
-    QScrollBar *bar = m_log->verticalScrollBar();
-    bar->setValue(bar->maximum());
+    m_buffer->append(text);
 }
 
 UpdateObjectWizard::UpdateObjectWizard(QWidget *parent)

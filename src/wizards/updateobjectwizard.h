@@ -13,6 +13,7 @@
 #include <QHash>
 #include <QVariant>
 
+class BufferedLog;
 class DeleteListWizardPage;
 class NVProgressBar;
 class QAbstractItemModel;
@@ -60,6 +61,7 @@ private:
     QLabel *m_status = nullptr;
     NVProgressBar *m_bar = nullptr;
     QTextBrowser *m_log = nullptr;
+    BufferedLog *m_buffer = nullptr;
     SteppedLoop m_loop;
 };
 

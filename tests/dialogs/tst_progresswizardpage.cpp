@@ -76,6 +76,7 @@ private Q_SLOTS:
     void taskByCommandIsTheEarliest();
     void emptyMessageChangesNothing();
     void droppingTheQueue();
+    void logReachesTheViewInBatches();
     void executorAnsweringAtOnceRunsWithoutRecursion();
     void newWorkerPageNeedsItsParametersPage_data();
     void newWorkerPageNeedsItsParametersPage();
@@ -102,7 +103,7 @@ void TestProgressWizardPage::noTasksFinishesAtOnce()
     Harness h(new BaseProgressWizardPage);
     QVERIFY(h.page->isComplete());
     h.page->initializePage();
-    QCOMPARE(h.log(), QStringList{QStringLiteral("Создание завершено")});
+    QCOMPARE(h.page->logText(), QStringLiteral("Создание завершено"));
     QCOMPARE(h.bar()->value(), h.bar()->maximum());
     QCOMPARE(h.finished, 1);
     QVERIFY(h.sent.isEmpty());
@@ -249,6 +250,25 @@ void TestProgressWizardPage::droppingTheQueue()
     QCOMPARE(h.bar()->value(), 2);
     QCOMPARE(h.bar()->state(), NVProgressBar::Failed);
     QVERIFY(h.sent.isEmpty());
+}
+
+// Lines reach the view a batch at a time (a view repainted per line costs
+// more than the tasks), but all of them, in order, and text() never lags.
+void TestProgressWizardPage::logReachesTheViewInBatches()
+{
+    Harness h(new BaseProgressWizardPage);
+    auto *view = h.page->findChild<QTextBrowser *>(QStringLiteral("logView"));
+    h.page->appendMessage(QStringLiteral("один"));
+    h.page->appendMessage(QStringLiteral("два"));
+    QCOMPARE(h.label(), QStringLiteral("два"));
+    QCOMPARE(h.page->logText(), QStringLiteral("один\nдва"));
+    h.page->appendMessage(QStringLiteral("три"));
+    QTRY_COMPARE(view->toPlainText(), QStringLiteral("один\nдва\nтри"));
+
+    h.page->appendMessage(QStringLiteral("четыре"));
+    h.page->clearMessages(); // drops what was still waiting too
+    QTest::qWait(150);
+    QVERIFY(view->toPlainText().isEmpty());
 }
 
 void TestProgressWizardPage::executorAnsweringAtOnceRunsWithoutRecursion()

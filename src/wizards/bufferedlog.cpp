@@ -1,0 +1,54 @@
+#include "bufferedlog.h"
+
+#include <QScrollBar>
+#include <QTextBrowser>
+#include <QTextCursor>
+
+namespace {
+// Long enough to take many replies of a fast executor, short enough that a
+// person sees the log follow the run.
+constexpr int FlushIntervalMs = 100;
+} // namespace
+
+BufferedLog::BufferedLog(QTextBrowser *view, QObject *parent)
+    : QObject(parent)
+    , m_view(view)
+{
+    m_timer.setSingleShot(true);
+    m_timer.setInterval(FlushIntervalMs);
+    connect(&m_timer, &QTimer::timeout, this, &BufferedLog::flush);
+}
+
+void BufferedLog::append(const QString &text)
+{
+    m_waiting.append(text);
+    if (!m_timer.isActive())
+        m_timer.start();
+}
+
+void BufferedLog::clear()
+{
+    m_waiting.clear();
+    m_view->clear();
+}
+
+QString BufferedLog::text() const
+{
+    flush();
+    return m_view->toPlainText();
+}
+
+void BufferedLog::flush() const
+{
+    if (m_waiting.isEmpty())
+        return;
+    // One edit block: the document lays out once for the whole batch.
+    QTextCursor batch(m_view->document());
+    batch.beginEditBlock();
+    for (const QString &line : qAsConst(m_waiting))
+        m_view->append(line);
+    batch.endEditBlock();
+    m_waiting.clear();
+    QScrollBar *bar = m_view->verticalScrollBar();
+    bar->setValue(bar->maximum());
+}

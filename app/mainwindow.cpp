@@ -41,6 +41,12 @@ namespace {
 // opening branches nobody reads, so the operator narrows the filter instead.
 constexpr int MaxRowsToExpand = 2000;
 
+// What the bulk update writes to: employees and departments.
+bool isBulkUpdatable(const QString &type)
+{
+    return type == nivaro::OT_WORKER || type == nivaro::OT_DEPARTMENT;
+}
+
 } // namespace
 
 MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
@@ -197,19 +203,22 @@ bool MainWindow::settleUnsaved()
 
 void MainWindow::selectionChanged()
 {
-    m_bulkUpdate->setEnabled(!selectedObjects().isEmpty());
-    if (m_restoringSelection)
-        return;
     QList<TYPE_ID> workers;
     QString otherName;
+    bool updatable = false;
     const QModelIndexList rows = m_tree->selectionModel()->selectedRows();
     for (const QModelIndex &index : rows) {
         const TYPE_ID uid = index.data(nivaro::ObjectTreeModel::UidRole).toUInt();
-        if (index.data(nivaro::ObjectTreeModel::TypeRole).toString() == nivaro::OT_WORKER)
+        const QString type = index.data(nivaro::ObjectTreeModel::TypeRole).toString();
+        updatable = updatable || isBulkUpdatable(type);
+        if (type == nivaro::OT_WORKER)
             workers.append(uid);
         else if (otherName.isEmpty())
             otherName = index.data(Qt::DisplayRole).toString();
     }
+    m_bulkUpdate->setEnabled(updatable);
+    if (m_restoringSelection)
+        return;
     if (workers == m_shown)
         return;
     if (!settleUnsaved()) {
@@ -234,8 +243,7 @@ QList<TYPE_ID> MainWindow::selectedObjects() const
 {
     QList<TYPE_ID> uids;
     for (const QModelIndex &index : m_tree->selectionModel()->selectedRows()) {
-        const QString type = index.data(nivaro::ObjectTreeModel::TypeRole).toString();
-        if (type == nivaro::OT_WORKER || type == nivaro::OT_DEPARTMENT)
+        if (isBulkUpdatable(index.data(nivaro::ObjectTreeModel::TypeRole).toString()))
             uids.append(index.data(nivaro::ObjectTreeModel::UidRole).toUInt());
     }
     return uids;

@@ -40,7 +40,7 @@ namespace {
 QString withName(const QString &text, const QString &name)
 {
     const int at = text.indexOf(QLatin1String("%1"));
-    if (at < 0 || text.indexOf(QLatin1Char('%'), at + 2) >= 0 || text.lastIndexOf(QLatin1Char('%'), at - 1) >= 0)
+    if (at < 0 || text.indexOf(QLatin1Char('%')) != at || text.indexOf(QLatin1Char('%'), at + 2) >= 0)
         return text.arg(name);
     return text.leftRef(at) + name + text.midRef(at + 2);
 }

@@ -14,8 +14,7 @@
 #include <localstorage.h>
 #include <taskexecutor.h>
 
-#include <QApplication>
-#include <QDir>
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QWizard>

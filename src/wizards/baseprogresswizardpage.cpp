@@ -154,17 +154,6 @@ NVProgressBar *BaseProgressWizardPage::progressBar() const
     return ui->progressBar;
 }
 
-QLabel *BaseProgressWizardPage::currentMessageLabel() const
-{
-    return ui->lbCurrentMessage;
-}
-
-QTextBrowser *BaseProgressWizardPage::logView() const
-{
-    m_log->flush();
-    return ui->logView;
-}
-
 void BaseProgressWizardPage::executeNext()
 {
     m_loop.run([this] { runHead(); });

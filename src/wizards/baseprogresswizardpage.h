@@ -13,8 +13,6 @@
 
 class BufferedLog;
 class NVProgressBar;
-class QLabel;
-class QTextBrowser;
 namespace Ui {
 class BaseProgressWizardPage;
 }
@@ -82,8 +80,6 @@ protected:
     virtual void taskFailed();
 
     NVProgressBar *progressBar() const;
-    QLabel *currentMessageLabel() const;
-    QTextBrowser *logView() const;
 
 private:
     void executeNext();

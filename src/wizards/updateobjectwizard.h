@@ -79,7 +79,6 @@ public:
     nivaro::ObjectTreeProxy *proxy() const;
     void setItemDelegate(StyledItemDelegate *delegate, QAbstractItemView *view = nullptr);
 
-    DeleteListWizardPage *listPage() const { return m_listPage; }
     UpdateProgressWizardPage *progressPage() const { return m_progressPage; }
 
 Q_SIGNALS:

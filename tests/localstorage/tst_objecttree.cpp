@@ -203,8 +203,8 @@ void TstObjectTree::randomEditsKeepTheTreeConsistent()
             proxy.setFilterUids({TYPE_ID(10 + rng.bounded(40)), TYPE_ID(10 + rng.bounded(40))});
         }
         // A live update keeps strays where they landed until their parent
-        // arrives; only a reset re-derives everything. Compare membership
-        // always, and the whole shape whenever nothing is stray.
+        // arrives; only a reset re-derives everything. So every step checks
+        // membership, and the end checks the whole shape after a reset.
         const Shape actual = shape(model);
         QCOMPARE(actual.size(), present.size());
         for (auto it = present.cbegin(); it != present.cend(); ++it)

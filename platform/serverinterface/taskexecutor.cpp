@@ -1,8 +1,10 @@
 #include "taskexecutor.h"
 
+#include <datanames.h>
 #include <dbparams.h>
 #include <localstorage.h>
 #include <objectinfo.h>
+#include <objecttreemodel.h>
 
 #include <QDebug>
 #include <QHash>
@@ -46,6 +48,7 @@ public:
         : storage(s)
     {
         handlers.insert(QStringLiteral("save_object"), [this](const TaskInfo &t) { return saveObject(t); });
+        handlers.insert(QStringLiteral("delete_object"), [this](const TaskInfo &t) { return deleteObject(t); });
     }
 
     Outcome saveObject(const TaskInfo &task) const
@@ -81,6 +84,24 @@ public:
         const TYPE_ID parentUid = parent.toUInt(&ok);
         if (parent.isValid() && ok && parentUid != storage->constObject(task.uid)->parent()
             && !storage->setParent(task.uid, parentUid, &error))
+            return failure(error);
+        return Outcome{task.uid, QString()};
+    }
+
+    Outcome deleteObject(const TaskInfo &task) const
+    {
+        const ObjectInfo *object = storage->constObject(task.uid);
+        if (!object)
+            return failure(QStringLiteral("object not found: %1").arg(task.uid));
+        // The server never orphans people: a department goes only once it
+        // is empty, so a wizard deletes the members first.
+        if (ObjectTreeModel *tree = storage->model(ORGSTRUCTURE_DATANAME)) {
+            const QModelIndex node = tree->indexOf(task.uid);
+            if (node.isValid() && tree->rowCount(node) > 0)
+                return failure(QStringLiteral("object %1 is not empty").arg(task.uid));
+        }
+        QString error;
+        if (!storage->removeObjects({task.uid}, &error))
             return failure(error);
         return Outcome{task.uid, QString()};
     }

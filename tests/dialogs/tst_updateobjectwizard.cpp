@@ -1,4 +1,5 @@
 #include <deletelistwizardpage.h>
+#include <deleteprogresswizardpage.h>
 #include <updateobjectwizard.h>
 
 #include <datanames.h>
@@ -27,6 +28,7 @@ private Q_SLOTS:
     void taskCarriesEveryParameter();
     void stopsAtTheFirstFailure();
     void runsThroughTheExecutorIntoTheStore();
+    void deletesMembersBeforeTheirDepartment();
 
 private:
     QList<TaskInfo> run(UpdateProgressWizardPage &page);
@@ -162,6 +164,26 @@ void TestUpdateObjectWizard::runsThroughTheExecutorIntoTheStore()
         QCOMPARE(store->object(uid).parameter(db::worker::LOCKED), QStringLiteral("true"));
     QVERIFY(wizard->button(QWizard::FinishButton)->isEnabled());
     delete wizard;
+}
+
+void TestUpdateObjectWizard::deletesMembersBeforeTheirDepartment()
+{
+    TaskExecutor executor(store);
+    DeleteProgressWizardPage page;
+    QCOMPARE(page.title(), QStringLiteral("Идет удаление"));
+    connect(&page, &DeleteProgressWizardPage::appendTask, &executor, &TaskExecutor::execute);
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("object 999 is not in the store")));
+    page.setUids({20, 101, 999, 102, 103});
+    QCOMPARE(page.objectCount(), 4);
+    page.initializePage();
+    QTRY_COMPARE(page.statusText(), QStringLiteral("Успешно завершено"));
+    for (TYPE_ID uid : {20u, 101u, 102u, 103u})
+        QVERIFY(!store->constObject(uid));
+    QCOMPARE(page.logText().split(QLatin1Char('\n')),
+             (QStringList{QStringLiteral("Удаление Сотрудник101"), QStringLiteral("Сотрудник101 удален"),
+                          QStringLiteral("Удаление Сотрудник102"), QStringLiteral("Сотрудник102 удален"),
+                          QStringLiteral("Удаление Сотрудник103"), QStringLiteral("Сотрудник103 удален"),
+                          QStringLiteral("Удаление Склад"), QStringLiteral("Склад удален")}));
 }
 
 QTEST_MAIN(TestUpdateObjectWizard)

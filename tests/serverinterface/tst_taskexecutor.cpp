@@ -52,6 +52,7 @@ private Q_SLOTS:
     void reparents();
     void photosGoToBlobs();
     void slotWithTextArgument();
+    void deletesOnlyEmptyObjects();
     void receiverDestroyedWhileTaskIsOut();
 
 private:
@@ -158,6 +159,35 @@ void TestTaskExecutor::reparents()
     executor.execute(task);
     QTRY_COMPARE(receiver.saved, QList<unsigned int>{100});
     QCOMPARE(LocalStorage::instance()->object(100).parent(), 21u);
+}
+
+void TestTaskExecutor::deletesOnlyEmptyObjects()
+{
+    LocalStorage *store = LocalStorage::instance();
+    ObjectInfo department(20, OT_DEPARTMENT, {{db::orgstructure::NAME, QStringLiteral("Склад")}});
+    department.setParent(SUBJECT_ROOT_UID);
+    QVERIFY(store->putObjects(ORGSTRUCTURE_DATANAME, {ObjectInfo(SUBJECT_ROOT_UID, OT_SUBJECT_ROOT), department}));
+    TaskExecutor executor(store);
+    Receiver receiver;
+    auto deleteTask = [&](TYPE_ID uid) {
+        TaskInfo task = saveTask(&receiver, uid, QString(), {});
+        task.command = QStringLiteral("delete_object");
+        return task;
+    };
+
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^executor: task failed .* not empty")));
+    executor.execute(deleteTask(20));
+    executor.execute(deleteTask(100));
+    executor.execute(deleteTask(20));
+    QTRY_COMPARE(receiver.saved, (QList<unsigned int>{0, 100, 20}));
+    QVERIFY(!store->constObject(100));
+    QVERIFY(!store->constObject(20));
+
+    const QString file = store->fileName();
+    store->close();
+    QVERIFY(store->open(file));
+    QVERIFY(!store->constObject(100));
+    QVERIFY(!store->constObject(20));
 }
 
 void TestTaskExecutor::slotWithTextArgument()

@@ -1,0 +1,118 @@
+#include "objectsprogresswizardpage.h"
+
+#include "bufferedlog.h"
+
+#include <localstorage.h>
+#include <nvglobals.h>
+#include <nvprogressbar.h>
+
+#include <QDebug>
+#include <QLabel>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+
+ObjectsProgressWizardPage::ObjectsProgressWizardPage(QWidget *parent)
+    : NVWizardPage(parent)
+    , m_status(new QLabel(this))
+    , m_bar(new NVProgressBar(this))
+    , m_log(new QTextBrowser(this))
+{
+    m_status->setObjectName(QStringLiteral("lbStatus"));
+    m_bar->setObjectName(QStringLiteral("progressBar"));
+    m_bar->setRange(0, 0);
+    m_bar->setFormat(QStringLiteral("%p%"));
+    m_log->setObjectName(QStringLiteral("logView"));
+    m_log->setReadOnly(true);
+    m_buffer = new BufferedLog(m_log, this);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_status);
+    layout->addWidget(m_bar);
+    layout->addWidget(m_log);
+}
+
+void ObjectsProgressWizardPage::setUids(const QList<unsigned int> &uids)
+{
+    const nivaro::LocalStorage *storage = nivaro::LocalStorage::instance();
+    m_objects.clear();
+    m_objects.reserve(uids.size());
+    QSet<unsigned int> seen;
+    for (unsigned int uid : uids) {
+        const nivaro::ObjectInfo *object = storage->constObject(uid);
+        if (!object) {
+            qDebug() << "bulk wizard: object" << uid << "is not in the store; left out";
+            continue;
+        }
+        if (!seen.contains(uid)) {
+            seen.insert(uid);
+            m_objects.append(*object);
+        }
+    }
+}
+
+void ObjectsProgressWizardPage::initializePage()
+{
+    m_bar->resetState();
+    m_bar->setMaximum(m_objects.size());
+    m_bar->setValue(0);
+    sendNextObject();
+}
+
+void ObjectsProgressWizardPage::sendNextObject()
+{
+    m_loop.run([this] { sendHead(); });
+}
+
+void ObjectsProgressWizardPage::sendHead()
+{
+    if (m_objects.isEmpty()) {
+        m_out = false;
+        m_status->setText(tr("Успешно завершено"));
+        m_bar->successed();
+        setComplete(true);
+        return;
+    }
+    setComplete(false);
+    const nivaro::ObjectInfo &object = m_objects.constFirst();
+    const QString name = NVGlobals::objectName(object);
+    nivaro::TaskInfo task = makeTask(object);
+    task.id = nivaro::TaskInfo::newId();
+    task.uid = object.uid();
+    task.widget = this;
+    task.startMessage = startText(name);
+    task.errorMessage = errorText(name);
+    m_out = true;
+    m_buffer->append(task.startMessage);
+    emit appendTask(task);
+}
+
+void ObjectsProgressWizardPage::reply(unsigned int uid)
+{
+    if (!m_out) {
+        qDebug() << "bulk wizard: reply" << uid << "with no task out; ignored";
+        return;
+    }
+    const QString name = NVGlobals::objectName(m_objects.constFirst());
+    if (uid == 0) {
+        m_buffer->append(errorText(name));
+        m_status->setText(tr("Ошибка"));
+        m_bar->failed();
+        m_objects.clear();
+        m_out = false;
+        setComplete(true);
+        return;
+    }
+    m_buffer->append(doneText(name));
+    m_objects.removeFirst();
+    m_bar->setValue(m_bar->value() + 1);
+    sendNextObject();
+}
+
+QString ObjectsProgressWizardPage::statusText() const
+{
+    return m_status->text();
+}
+
+QString ObjectsProgressWizardPage::logText() const
+{
+    return m_buffer->text();
+}

@@ -3,6 +3,7 @@
 #include <QScrollBar>
 #include <QTextBrowser>
 #include <QTextCursor>
+#include <QWidget>
 
 namespace {
 // Long enough to take many replies of a fast executor, short enough that a
@@ -10,9 +11,10 @@ namespace {
 constexpr int FlushIntervalMs = 100;
 } // namespace
 
-BufferedLog::BufferedLog(QTextBrowser *view, QObject *parent)
-    : QObject(parent)
+BufferedLog::BufferedLog(QTextBrowser *view, QWidget *page)
+    : QObject(page)
     , m_view(view)
+    , m_page(page)
 {
     m_timer.setSingleShot(true);
     m_timer.setInterval(FlushIntervalMs);
@@ -22,8 +24,14 @@ BufferedLog::BufferedLog(QTextBrowser *view, QObject *parent)
 void BufferedLog::append(const QString &text)
 {
     m_waiting.append(text);
-    if (!m_timer.isActive())
-        m_timer.start();
+    if (m_timer.isActive())
+        return;
+    m_timer.start();
+    // Someone else may hold the page's paints; then they release them.
+    if (m_page->updatesEnabled()) {
+        m_page->setUpdatesEnabled(false);
+        m_holdingPaints = true;
+    }
 }
 
 void BufferedLog::clear()
@@ -40,6 +48,10 @@ QString BufferedLog::text() const
 
 void BufferedLog::flush() const
 {
+    if (m_holdingPaints) {
+        m_holdingPaints = false;
+        m_page->setUpdatesEnabled(true);
+    }
     if (m_waiting.isEmpty())
         return;
     // One edit block: the document lays out once for the whole batch.

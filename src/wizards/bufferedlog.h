@@ -13,12 +13,16 @@ class QTextBrowser;
  * view once per line, which costs more than the tasks themselves. Every
  * line still ends up in the view, in order, with the newest in view; text()
  * and clear() see the lines not yet shown.
+ *
+ * While lines wait, the page's repaints wait with them: its label and bar
+ * keep their values current, and the page paints them once per batch.
  */
 class BufferedLog : public QObject
 {
     Q_OBJECT
 public:
-    explicit BufferedLog(QTextBrowser *view, QObject *parent = nullptr);
+    // view lies on page, which owns the log.
+    BufferedLog(QTextBrowser *view, QWidget *page);
 
     // Adds text as a new paragraph.
     void append(const QString &text);
@@ -29,6 +33,8 @@ public:
 
 private:
     QTextBrowser *m_view;
+    QWidget *m_page;
+    mutable bool m_holdingPaints = false;
     mutable QStringList m_waiting;
     QTimer m_timer;
 };

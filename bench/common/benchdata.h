@@ -15,6 +15,8 @@
 #include <QStringList>
 #include <QTextStream>
 
+#include <malloc.h>
+
 namespace benchdata {
 
 inline const QStringList &surnames()
@@ -88,6 +90,12 @@ inline double peakRssMB()
             return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
     }
     return 0;
+}
+
+// Bytes the heap has handed out and not taken back.
+inline std::size_t heapInUse()
+{
+    return mallinfo2().uordblks;
 }
 
 inline void resetPeakRss()

@@ -16,7 +16,6 @@
 
 #include <chrono>
 
-#include <malloc.h>
 
 namespace {
 
@@ -49,11 +48,6 @@ const std::vector<Pair> &pairs()
         return out;
     }();
     return list;
-}
-
-std::size_t heapInUse()
-{
-    return mallinfo2().uordblks;
 }
 
 template<typename Index>
@@ -90,12 +84,12 @@ void buildBenchmark(benchmark::State &state)
     double bytes = 0;
     double seconds = 0;
     for (auto _ : state) {
-        const std::size_t before = heapInUse();
+        const std::size_t before = benchdata::heapInUse();
         const auto start = std::chrono::steady_clock::now();
         Index index;
         fill(index);
         seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-        bytes = double(heapInUse() - before);
+        bytes = double(benchdata::heapInUse() - before);
         state.PauseTiming();
         { Index discard = std::move(index); }
         state.ResumeTiming();

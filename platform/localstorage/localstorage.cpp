@@ -47,6 +47,35 @@ public:
     QHash<TYPE_ID, NVHash<int, SCHEDULE_DATA>> personalSchedules;
     QHash<TYPE_ID, QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2>> history;
     QHash<TYPE_ID, _WORKER_ABSENCE_REASON> absences;
+
+    // What a confirmed write leaves in memory; an empty list forgets the worker.
+    void keepPersonalSchedules(TYPE_ID worker, const QList<SCHEDULE_DATA> &personal)
+    {
+        if (personal.isEmpty()) {
+            personalSchedules.remove(worker);
+            return;
+        }
+        NVHash<int, SCHEDULE_DATA> &mine = personalSchedules[worker];
+        mine.clear();
+        for (const SCHEDULE_DATA &s : personal)
+            mine.replace(s.id, s);
+    }
+
+    void keepScheduleHistory(TYPE_ID worker, const QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> &records)
+    {
+        if (records.isEmpty())
+            history.remove(worker);
+        else
+            history.insert(worker, records);
+    }
+
+    void keepAbsences(const _WORKER_ABSENCE_REASON &worker)
+    {
+        if (worker.records.isEmpty())
+            absences.remove(worker.worker);
+        else
+            absences.insert(worker.worker, worker);
+    }
     QMultiHash<TYPE_ID, TYPE_ID> cardsByOwner;
     QHash<QString, TrieStatic<TYPE_ID>> indexes;
     ObjectTreeModel *tree = nullptr;
@@ -548,12 +577,7 @@ bool LocalStorage::setPersonalSchedules(TYPE_ID worker, const QList<SCHEDULE_DAT
     batch.setPersonalSchedules(worker, schedules);
     if (!d->file.write(batch, error))
         return false;
-    NVHash<int, SCHEDULE_DATA> &mine = d->personalSchedules[worker];
-    mine.clear();
-    for (const SCHEDULE_DATA &s : schedules)
-        mine.replace(s.id, s);
-    if (mine.isEmpty())
-        d->personalSchedules.remove(worker);
+    d->keepPersonalSchedules(worker, schedules);
     emit dataChanged(SCHEDULE_DATANAME, {worker});
     return true;
 }
@@ -565,10 +589,7 @@ bool LocalStorage::setScheduleHistory(TYPE_ID worker, const QList<_WORKER_SCHEDU
     batch.setScheduleHistory(worker, records);
     if (!d->file.write(batch, error))
         return false;
-    if (records.isEmpty())
-        d->history.remove(worker);
-    else
-        d->history.insert(worker, records);
+    d->keepScheduleHistory(worker, records);
     emit dataChanged(WORKER_HISTORY_DATANAME, {worker});
     return true;
 }
@@ -579,11 +600,31 @@ bool LocalStorage::setAbsenceReasons(const _WORKER_ABSENCE_REASON &reasons, QStr
     batch.setAbsences(reasons);
     if (!d->file.write(batch, error))
         return false;
-    if (reasons.records.isEmpty())
-        d->absences.remove(reasons.worker);
-    else
-        d->absences.insert(reasons.worker, reasons);
+    d->keepAbsences(reasons);
     emit dataChanged(REASON_DATANAME, {reasons.worker});
+    return true;
+}
+
+bool LocalStorage::putWorkerCalendars(const QList<WorkerCalendar> &calendars, QString *error)
+{
+    StoreFile::Batch batch;
+    for (const WorkerCalendar &c : calendars) {
+        batch.setPersonalSchedules(c.worker, c.personalSchedules);
+        batch.setScheduleHistory(c.worker, c.scheduleHistory);
+        batch.setAbsences(_WORKER_ABSENCE_REASON{c.worker, c.absences});
+    }
+    if (!d->file.write(batch, error))
+        return false;
+    QList<unsigned int> workers;
+    for (const WorkerCalendar &c : calendars) {
+        d->keepPersonalSchedules(c.worker, c.personalSchedules);
+        d->keepScheduleHistory(c.worker, c.scheduleHistory);
+        d->keepAbsences(_WORKER_ABSENCE_REASON{c.worker, c.absences});
+        workers.append(c.worker);
+    }
+    emit dataChanged(SCHEDULE_DATANAME, workers);
+    emit dataChanged(WORKER_HISTORY_DATANAME, workers);
+    emit dataChanged(REASON_DATANAME, workers);
     return true;
 }
 

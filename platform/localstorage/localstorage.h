@@ -20,6 +20,15 @@ namespace nivaro {
 class LocalStoragePrivate;
 class ObjectTreeModel;
 
+/** An employee's personal schedules, schedule assignments and absences. */
+struct WorkerCalendar
+{
+    TYPE_ID worker = 0;
+    QList<SCHEDULE_DATA> personalSchedules;
+    QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> scheduleHistory;
+    QList<_WORKER_ABSENCE_REASON_RECORD> absences;
+};
+
 /**
  * The process-wide cache of the server's objects: one collection per data
  * name, the search indexes over them, the organisation tree model, blobs,
@@ -99,6 +108,8 @@ public:
     bool setPersonalSchedules(TYPE_ID worker, const QList<SCHEDULE_DATA> &schedules, QString *error = nullptr);
     bool setScheduleHistory(TYPE_ID worker, const QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> &records, QString *error = nullptr);
     bool setAbsenceReasons(const _WORKER_ABSENCE_REASON &reasons, QString *error = nullptr);
+    // The three calls above for many employees in one transaction.
+    bool putWorkerCalendars(const QList<WorkerCalendar> &calendars, QString *error = nullptr);
     // A uid no object holds yet (the executor creates objects with it).
     TYPE_ID nextUid() const;
 

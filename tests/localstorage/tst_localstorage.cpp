@@ -197,6 +197,14 @@ void TestLocalStorage::fileRoundTrip()
     absences.records = {record};
     QVERIFY(store->setAbsenceReasons(absences, &error));
     QVERIFY(store->setPersonalSchedules(100, {schedule}, &error));
+    WorkerCalendar calendar;
+    calendar.worker = 101;
+    calendar.personalSchedules = {schedule};
+    calendar.scheduleHistory = {assignment};
+    calendar.absences = {record};
+    QSignalSpy changed(store, &LocalStorage::dataChanged);
+    QVERIFY(store->putWorkerCalendars({calendar}, &error));
+    QCOMPARE(changed.size(), 3);
     QVERIFY(store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Иванов-Петров")}}, &error));
     store->close();
 
@@ -209,6 +217,9 @@ void TestLocalStorage::fileRoundTrip()
     QCOMPARE(store->scheduleHistory(100), QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2>{assignment});
     QCOMPARE(store->absenceReasons(100), absences);
     QCOMPARE(store->personalSchedules(100).value(3), schedule);
+    QCOMPARE(store->personalSchedules(101).value(3), schedule);
+    QCOMPARE(store->scheduleHistory(101), QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2>{assignment});
+    QCOMPARE(store->absenceReasons(101).records, QList<_WORKER_ABSENCE_REASON_RECORD>{record});
     QCOMPARE(lookup(store, SUBJECT_SURNAME_INDEX, QStringLiteral("иванов-")), QSet<TYPE_ID>{100});
     QVERIFY(store->model(ORGSTRUCTURE_DATANAME)->indexOf(100).isValid());
     QCOMPARE(store->model(ORGSTRUCTURE_DATANAME)->parentKeys(100), (QSet<TYPE_ID>{20, SUBJECT_ROOT_UID}));

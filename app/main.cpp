@@ -51,7 +51,10 @@ int main(int argc, char *argv[])
     const QCommandLineOption screenshotOption(QStringLiteral("screenshot"),
                                               QStringLiteral("Render the window once loaded into a PNG file and exit."),
                                               QStringLiteral("file"));
-    parser.addOptions({storeOption, generateOption, screenshotOption});
+    const QCommandLineOption pageOption(QStringLiteral("page"),
+                                        QStringLiteral("Page of the employee the screenshot shows: properties, schedule or absences."),
+                                        QStringLiteral("page"), QStringLiteral("properties"));
+    parser.addOptions({storeOption, generateOption, screenshotOption, pageOption});
     parser.process(app);
 
     const QString path = parser.value(storeOption);
@@ -65,6 +68,11 @@ int main(int argc, char *argv[])
             return fail(QApplication::translate("main", "Файл %1 уже существует: для нового хранилища укажите другой --store").arg(path));
     }
 
+    const QStringList pages{QStringLiteral("properties"), QStringLiteral("schedule"), QStringLiteral("absences")};
+    const int page = pages.indexOf(parser.value(pageOption));
+    if (page < 0)
+        return fail(QApplication::translate("main", "--page ждет одно из: %1").arg(pages.join(QStringLiteral(", "))));
+
     nivaro::LocalStorage *storage = nivaro::LocalStorage::instance();
     QString error;
     if (!StudioStartup::openStore(storage, path, employees, &error))
@@ -77,7 +85,7 @@ int main(int argc, char *argv[])
         const QString file = parser.value(screenshotOption);
         int result = 0;
         QTimer::singleShot(0, &window, [&] {
-            if (!StudioStartup::saveScreenshot(&window, file, &error))
+            if (!StudioStartup::saveScreenshot(&window, file, &error, page))
                 result = fail(error);
             app.quit();
         });

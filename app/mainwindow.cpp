@@ -1,7 +1,9 @@
 #include "mainwindow.h"
 
+#include "absencepage.h"
 #include "bulkupdatedialog.h"
 #include "propertyframe.h"
+#include "schedulepage.h"
 #include "studiostartup.h"
 
 #include <datanames.h>
@@ -29,6 +31,7 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QTabWidget>
 #include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -61,6 +64,9 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     , m_placeholder(new QLabel)
     , m_frame(new PropertyFrame)
     , m_workerView(new WorkerPropertyView)
+    , m_tabs(new QTabWidget)
+    , m_schedulePage(new SchedulePage(storage))
+    , m_absencePage(new AbsencePage(storage))
     , m_statusCounts(new QLabel)
 {
     setObjectName(QStringLiteral("MainWindow"));
@@ -118,7 +124,11 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     m_placeholder->setText(tr("Выберите одного или нескольких сотрудников в дереве организации"));
     m_frame->setView(m_workerView);
     m_stack->addWidget(m_placeholder);
-    m_stack->addWidget(m_frame);
+    m_tabs->setObjectName(QStringLiteral("employeeTabs"));
+    m_tabs->addTab(m_frame, tr("Личные данные"));
+    m_tabs->addTab(m_schedulePage, tr("График работ"));
+    m_tabs->addTab(m_absencePage, tr("Отсутствия"));
+    m_stack->addWidget(m_tabs);
 
     auto *splitter = new QSplitter;
     splitter->addWidget(left);
@@ -136,6 +146,14 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     statusBar()->addPermanentWidget(m_statusCounts);
     connect(storage, &nivaro::LocalStorage::dataChanged, this, &MainWindow::updateStatus);
     connect(storage, &nivaro::LocalStorage::dataRemoved, this, &MainWindow::updateStatus);
+    connect(storage, &nivaro::LocalStorage::dataChanged, this, [this](const QString &dataname) {
+        if (m_schedulePage->worker() == 0)
+            return;
+        if (dataname == nivaro::WORKER_HISTORY_DATANAME || dataname == nivaro::SCHEDULE_DATANAME || dataname == nivaro::REASON_DATANAME) {
+            m_schedulePage->reload();
+            m_absencePage->reload();
+        }
+    });
     updateStatus();
 }
 
@@ -186,7 +204,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 bool MainWindow::settleUnsaved()
 {
-    if (!m_frame->isModified() || m_stack->currentWidget() != m_frame)
+    if (!m_frame->isModified() || m_stack->currentWidget() != m_tabs)
         return true;
     switch (askUnsaved()) {
     case SaveChanges:
@@ -301,7 +319,16 @@ void MainWindow::showSelection(const QList<TYPE_ID> &uids)
     else
         m_frame->setTitle(tr("Выбрано сотрудников: %1").arg(selection.size()));
     m_frame->showMessage(QString());
-    m_stack->setCurrentWidget(m_frame);
+    // A calendar is one person's: several selected show their properties only.
+    const bool single = selection.size() == 1;
+    const TYPE_ID worker = single ? selection.cbegin().key() : 0;
+    m_schedulePage->setWorker(worker);
+    m_absencePage->setWorker(worker);
+    m_tabs->setTabEnabled(m_tabs->indexOf(m_schedulePage), single);
+    m_tabs->setTabEnabled(m_tabs->indexOf(m_absencePage), single);
+    if (!single)
+        m_tabs->setCurrentWidget(m_frame);
+    m_stack->setCurrentWidget(m_tabs);
 }
 
 void MainWindow::applyFilter()

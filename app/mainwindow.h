@@ -5,8 +5,11 @@
 
 #include <QMainWindow>
 
+class AbsencePage;
 class PropertyFrame;
 class QLabel;
+class QTabWidget;
+class SchedulePage;
 class QLineEdit;
 class QStackedWidget;
 class QTimer;
@@ -21,8 +24,9 @@ class TaskExecutor;
 
 /**
  * nvstudio's main window: the organisation tree with a filter line on the
- * left, the property frame of the selected employees on the right, the
- * store's figures in the status bar. Saves go through the task executor,
+ * left, the property frame of the selected employees on the right (with
+ * the schedule calendar and absences of a single one), the store's
+ * figures in the status bar. Saves go through the task executor,
  * which stands in for the server.
  */
 class UpdateObjectWizard;
@@ -40,6 +44,10 @@ public:
     QTreeView *tree() const { return m_tree; }
     PropertyFrame *frame() const { return m_frame; }
     WorkerPropertyView *workerView() const { return m_workerView; }
+    // The pages beside the properties; they follow a single selected employee.
+    QTabWidget *employeeTabs() const { return m_tabs; }
+    SchedulePage *schedulePage() const { return m_schedulePage; }
+    AbsencePage *absencePage() const { return m_absencePage; }
     nivaro::TaskExecutor *executor() const { return m_executor; }
 
     // Selects these objects in the tree (expanding their branches), as a
@@ -82,6 +90,9 @@ private:
     QLabel *m_placeholder;
     PropertyFrame *m_frame;
     WorkerPropertyView *m_workerView;
+    QTabWidget *m_tabs;
+    SchedulePage *m_schedulePage;
+    AbsencePage *m_absencePage;
     QLabel *m_statusCounts;
     QAction *m_bulkUpdate = nullptr;
     QList<nivaro::TYPE_ID> m_shown;

@@ -11,6 +11,7 @@
 #include <QDebug>
 #include <QFont>
 #include <QImage>
+#include <QLocale>
 #include <QPainter>
 #include <QRandomGenerator>
 
@@ -18,6 +19,18 @@ using nivaro::ObjectInfo;
 using nivaro::TYPE_ID;
 
 namespace {
+
+// Name, mark and the longest span in days (one digit, "9" for longer).
+const char *const Reasons[][3] = {
+    {"Ежегодный отпуск", "ОТ", "9"},
+    {"Больничный", "Б", "7"},
+    {"Командировка", "К", "4"},
+    {"Отгул", "ОВ", "1"},
+    {"Учебный отпуск", "У", "5"},
+};
+// The year the sample calendar data is about, with the year before it.
+constexpr int CalendarYear = 2026;
+constexpr int PersonalScheduleBase = 100;
 
 // Male forms; the female form is derived where Russian surnames change.
 const char *const Surnames[] = {
@@ -229,8 +242,10 @@ public:
                 return false;
             if (first == 0 && !addPhotos(working, error))
                 return false;
+            if (first == 0)
+                m_withCalendars = working.mid(0, m_options.calendars);
         }
-        return true;
+        return addCalendars(error);
     }
 
 private:
@@ -343,10 +358,86 @@ private:
         return digits + QString::number(sum % 11 % 10);
     }
 
+    // Absence reasons, then for the first employees their schedule
+    // history, some month-bound personal schedules and absences over the
+    // last two years, so that the calendar shows something on first run.
+    bool addCalendars(QString *error)
+    {
+        QList<ObjectInfo> reasons;
+        for (const auto &r : Reasons)
+            reasons.append(ObjectInfo(nextUid(), nivaro::OT_REASON, {{db::reason::NAME, text(r[0])}, {db::reason::MARK, text(r[1])}}));
+        QList<nivaro::SCHEDULE_DATA> personal;
+        const QLocale russian(QLocale::Russian);
+        for (int month = 1; month <= 12; ++month) {
+            nivaro::SCHEDULE_DATA s;
+            s.id = PersonalScheduleBase + month;
+            s.name = QStringLiteral("Индивидуальный, %1 %2").arg(russian.standaloneMonthName(month).toLower()).arg(CalendarYear);
+            s.type = nivaro::SCHEDULE_DATA::Monthly;
+            s.startDate = QDate(CalendarYear, month, 1);
+            s.pattern = QStringLiteral("1110");
+            personal.append(s);
+        }
+        if (!m_storage->putObjects(nivaro::REASON_DATANAME, reasons, error) || !m_storage->putSchedules(personal, error))
+            return false;
+
+        QRandomGenerator rng(m_options.seed + 1);
+        QList<nivaro::WorkerCalendar> calendars;
+        for (const ObjectInfo &w : qAsConst(m_withCalendars)) {
+            nivaro::WorkerCalendar c;
+            c.worker = w.uid();
+            const QDate hired = QDate::fromString(w.parameter(db::worker::DATE_BEGIN), Qt::ISODate);
+            const int schedule = w.parameter(db::worker::SCHEDULE).toInt();
+            auto assign = [&](int id, const QDate &from, const QDate &to) {
+                nivaro::_WORKER_SCHEDULE_HISTORY_RECORD_V2 a;
+                a.id = quint32(c.scheduleHistory.size() + 1);
+                a.worker = w.uid();
+                a.scheduleId = id;
+                a.startDate = from;
+                a.endDate = to;
+                a.loopStartDate = from;
+                a.created = QDateTime(from, QTime(9, 0), Qt::UTC);
+                c.scheduleHistory.append(a);
+            };
+            // Some moved from another schedule to today's one.
+            if (rng.bounded(100) < 30) {
+                const QDate change = QDate(CalendarYear - 1, 1, 1).addDays(rng.bounded(600));
+                assign(schedule % 3 + 1, hired, change.addDays(-1));
+                assign(schedule, change, QDate());
+            } else {
+                assign(schedule, hired, QDate());
+            }
+            if (rng.bounded(100) < 20)
+                c.personalSchedules.append(personal.at(rng.bounded(personal.size())));
+
+            QDate day(CalendarYear - 1, 1, 1);
+            const QDate last(CalendarYear, 12, 31);
+            while (c.absences.size() < 8) {
+                day = day.addDays(20 + rng.bounded(90));
+                const int kind = rng.bounded(int(std::size(Reasons)));
+                const int length = Reasons[kind][2][0] - '0';
+                nivaro::_WORKER_ABSENCE_REASON_RECORD r;
+                r.id = quint32(c.absences.size() + 1);
+                r.reason = reasons.at(kind).uid();
+                r.start = QDateTime(day, QTime(0, 0), Qt::UTC);
+                day = day.addDays(rng.bounded(1, length + 1) - 1);
+                if (day > last)
+                    break;
+                r.end = QDateTime(day, QTime(23, 59), Qt::UTC);
+                r.created = r.start.addDays(-rng.bounded(1, 15));
+                if (rng.bounded(100) < 25)
+                    r.comment = QStringLiteral("По заявлению от %1").arg(r.created.date().toString(QStringLiteral("dd.MM.yyyy")));
+                c.absences.append(r);
+            }
+            calendars.append(c);
+        }
+        return m_storage->putWorkerCalendars(calendars, error);
+    }
+
     nivaro::LocalStorage *m_storage;
     SampleOrganisation::Options m_options;
     QRandomGenerator m_rng;
     TYPE_ID m_uid = 10;
+    QList<ObjectInfo> m_withCalendars;
 };
 
 } // namespace

@@ -12,7 +12,8 @@ class LocalStorage;
  * the client has something real to show: firms and their departments,
  * employees with plausible Russian names, birthdays, identity documents,
  * valid SNILS and INN numbers, citizenships, cards, a few photos and a few
- * dismissed, plus the database settings and the common work schedules.
+ * dismissed, plus the database settings, the common work schedules and,
+ * for the first employees, their schedule calendars and absences.
  * Deterministic for a given seed.
  */
 class SampleOrganisation
@@ -24,6 +25,8 @@ public:
         quint32 seed = 20261122;
         // Photos are the costly part of a large store; scale checks do without.
         int photos = 12;
+        // Employees with schedule history, personal schedules and absences.
+        int calendars = 200;
     };
 
     // Writes everything into the store (and so its file) in a few large

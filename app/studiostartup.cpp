@@ -13,6 +13,7 @@
 #include <QPixmap>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <QTabWidget>
 
 QString StudioStartup::defaultStorePath()
 {
@@ -49,10 +50,11 @@ bool StudioStartup::openStore(nivaro::LocalStorage *storage, const QString &path
     return true;
 }
 
-bool StudioStartup::saveScreenshot(MainWindow *window, const QString &fileName, QString *error)
+bool StudioStartup::saveScreenshot(MainWindow *window, const QString &fileName, QString *error, int page)
 {
     if (const nivaro::TYPE_ID first = window->firstEmployee())
         window->selectUids({first});
+    window->employeeTabs()->setCurrentIndex(page);
     QCoreApplication::processEvents();
     const QPixmap picture = window->grab();
     if (picture.isNull() || !picture.save(fileName)) {

@@ -24,8 +24,9 @@ public:
      */
     static bool openStore(nivaro::LocalStorage *storage, const QString &path, int employees, QString *error);
 
-    // Shows the first employee, lets the window settle and saves a picture of it.
-    static bool saveScreenshot(MainWindow *window, const QString &fileName, QString *error);
+    // Shows the first employee on one of its pages (0 properties, 1 schedule,
+    // 2 absences), lets the window settle and saves a picture of it.
+    static bool saveScreenshot(MainWindow *window, const QString &fileName, QString *error, int page = 0);
     // Writes text as UTF-8, replacing the file only once all of it is written.
     static bool writeText(const QString &fileName, const QString &text, QString *error);
 

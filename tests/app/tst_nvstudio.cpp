@@ -1,6 +1,8 @@
 #include "mainwindow.h"
+#include "absencepage.h"
 #include "propertyframe.h"
 #include "sampleorganisation.h"
+#include "schedulepage.h"
 #include "studiostartup.h"
 
 #include <datanames.h>
@@ -9,11 +11,15 @@
 #include <objecttypes.h>
 #include <taskexecutor.h>
 #include <updateobjectwizard.h>
+#include <workerabsencereasonmodel.h>
+#include <workerabsencereasonproxy.h>
+#include <workerschedulemodel.h>
 #include <workerpropertyview.h>
 
 #include <QAction>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTreeView>
 #include <QtTest>
@@ -34,6 +40,7 @@ private Q_SLOTS:
     void unsavedEditsAskBeforeSwitching();
     void screenshotIsWritten();
     void bulkUpdateWritesTheSelection();
+    void calendarPagesFollowOneEmployee();
 
 private:
     QString storePath() const { return m_dir->filePath(QStringLiteral("test.store")); }
@@ -220,6 +227,54 @@ void TestNvStudio::bulkUpdateWritesTheSelection()
     QVERIFY(!StudioStartup::writeText(m_dir->filePath(QStringLiteral("no/such/dir/log.txt")), QStringLiteral("x"), &error));
     QVERIFY(!error.isEmpty());
     wizard->close();
+}
+
+void TestNvStudio::calendarPagesFollowOneEmployee()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    LocalStorage *store = LocalStorage::instance();
+    // The sample gives the first employees a calendar, kept in the file.
+    const QList<nivaro::TYPE_ID> uids = twoEmployees();
+    store->close();
+    QVERIFY2(store->open(storePath(), &error), qPrintable(error));
+    const nivaro::TYPE_ID uid = uids.at(0);
+    QVERIFY(!store->scheduleHistory(uid).isEmpty());
+    QVERIFY(!store->absenceReasons(uid).records.isEmpty());
+    QVERIFY(!store->constObjects(nivaro::REASON_DATANAME)->isEmpty());
+
+    MainWindow window(store);
+    window.show();
+    window.selectUids({uid});
+    QTabWidget *tabs = window.employeeTabs();
+    QVERIFY(tabs->isTabEnabled(1) && tabs->isTabEnabled(2));
+    tabs->setCurrentIndex(1);
+    WorkerScheduleModel *calendar = window.schedulePage()->model();
+    QCOMPARE(calendar->schedules(), store->scheduleHistory(uid));
+    const auto first = store->absenceReasons(uid).records.constFirst();
+    QCOMPARE(calendar->indexByDate(first.start.date()).data(WorkerScheduleModel::ReasonRole).toUInt(), first.reason);
+    const QDate today = QDate::currentDate();
+    QVERIFY(calendar->indexByDate(today).data(WorkerScheduleModel::ScheduleRole).isValid());
+    QCOMPARE(window.absencePage()->model()->rowCount(), store->absenceReasons(uid).records.size());
+    window.absencePage()->setWindow(QDate(), QDate());
+    QCOMPARE(window.absencePage()->proxy()->rowCount(), store->absenceReasons(uid).records.size());
+
+    // A new absence written to the store shows at once.
+    nivaro::_WORKER_ABSENCE_REASON absences = store->absenceReasons(uid);
+    nivaro::_WORKER_ABSENCE_REASON_RECORD added = first;
+    added.id = 99;
+    added.start = QDateTime(today, QTime(0, 0));
+    added.end = added.start;
+    absences.records.append(added);
+    QVERIFY(store->setAbsenceReasons(absences, &error));
+    QCOMPARE(calendar->indexByDate(today).data(WorkerScheduleModel::ReasonRole).toUInt(), added.reason);
+    QCOMPARE(window.absencePage()->model()->rowCount(), absences.records.size());
+
+    // Several people have no one calendar.
+    window.selectUids(uids);
+    QVERIFY(!tabs->isTabEnabled(1) && !tabs->isTabEnabled(2));
+    QCOMPARE(tabs->currentIndex(), 0);
+    QVERIFY(window.schedulePage()->model()->schedules().isEmpty());
 }
 
 QTEST_MAIN(TestNvStudio)

@@ -1,0 +1,149 @@
+#include "schedulepage.h"
+
+#include "scheduledaydelegate.h"
+
+#include <datanames.h>
+#include <dbparams.h>
+#include <localstorage.h>
+#include <workerschedulemodel.h>
+#include <workerscheduleproxymodel.h>
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QSpinBox>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace {
+
+// The calendar is built once for these years around today; the spin boxes
+// choose what is shown of it.
+constexpr int YearsBack = 15;
+constexpr int YearsAhead = 5;
+
+} // namespace
+
+SchedulePage::SchedulePage(nivaro::LocalStorage *storage, QWidget *parent)
+    : QWidget(parent)
+    , m_storage(storage)
+    , m_model(new WorkerScheduleModel(this))
+    , m_proxy(new WorkerScheduleProxyModel(this))
+    , m_fromYear(new QSpinBox)
+    , m_toYear(new QSpinBox)
+    , m_table(new QTableView)
+    , m_legend(new QLabel)
+{
+    setObjectName(QStringLiteral("schedulePage"));
+    const int thisYear = QDate::currentDate().year();
+    m_model->setInterval(QDate(thisYear - YearsBack, 1, 1), QDate(thisYear + YearsAhead, 12, 31));
+    m_proxy->setSourceModel(m_model);
+
+    for (QSpinBox *box : {m_fromYear, m_toYear}) {
+        box->setRange(thisYear - YearsBack, thisYear + YearsAhead);
+        box->setValue(thisYear);
+        connect(box, qOverload<int>(&QSpinBox::valueChanged), this, &SchedulePage::yearsChanged);
+    }
+    m_fromYear->setObjectName(QStringLiteral("fromYear"));
+    m_toYear->setObjectName(QStringLiteral("toYear"));
+
+    m_table->setObjectName(QStringLiteral("scheduleTable"));
+    m_table->setModel(m_proxy);
+    m_table->setItemDelegate(new ScheduleDayDelegate(storage, m_table));
+    m_table->setColumnHidden(0, true); // the row's name is in the vertical header
+    m_table->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_table->setShowGrid(false);
+    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_table->horizontalHeader()->setDefaultSectionSize(26);
+    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_table->verticalHeader()->setDefaultSectionSize(26);
+
+    m_legend->setObjectName(QStringLiteral("scheduleLegend"));
+    m_legend->setWordWrap(true);
+    m_legend->setTextFormat(Qt::RichText);
+
+    auto *years = new QHBoxLayout;
+    years->addWidget(new QLabel(tr("Годы с")));
+    years->addWidget(m_fromYear);
+    years->addWidget(new QLabel(tr("по")));
+    years->addWidget(m_toYear);
+    years->addStretch(1);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(years);
+    layout->addWidget(m_table, 1);
+    layout->addWidget(m_legend);
+    yearsChanged();
+}
+
+void SchedulePage::setWorker(nivaro::TYPE_ID uid)
+{
+    m_worker = uid;
+    reload();
+}
+
+void SchedulePage::reload()
+{
+    m_model->clearSchedules();
+    m_model->clearPersonalSchedules();
+    m_model->clearReasons();
+    if (m_worker != 0) {
+        for (const auto &record : m_storage->scheduleHistory(m_worker))
+            m_model->addSchedule(record);
+        const auto personal = m_storage->personalSchedules(m_worker);
+        m_model->setPersonalSchedules(QSet<int>(personal.keyBegin(), personal.keyEnd()));
+        for (const auto &record : m_storage->absenceReasons(m_worker).records)
+            m_model->addReason(record);
+    }
+    updateLegend();
+}
+
+void SchedulePage::setYears(int from, int to)
+{
+    m_fromYear->setValue(from);
+    m_toYear->setValue(to);
+}
+
+void SchedulePage::yearsChanged()
+{
+    // Whichever box moved, the other follows so the range is never empty.
+    if (sender() == m_fromYear && m_toYear->value() < m_fromYear->value())
+        m_toYear->setValue(m_fromYear->value());
+    else if (m_fromYear->value() > m_toYear->value())
+        m_fromYear->setValue(m_toYear->value());
+    m_proxy->setMinimumYear(m_fromYear->value());
+    m_proxy->setMaximumYear(m_toYear->value());
+}
+
+void SchedulePage::updateLegend()
+{
+    const auto schedules = m_storage->schedules();
+    QList<int> shown;
+    for (const auto &record : m_model->schedules())
+        shown.append(record.scheduleId);
+    const QSet<int> personal = m_model->personalSchedules();
+    shown.append(QList<int>(personal.cbegin(), personal.cend()));
+    QStringList parts;
+    for (int id : qAsConst(shown)) {
+        if (parts.size() >= 8)
+            break;
+        const QString item = QStringLiteral("<span style=\"background:%1\">&nbsp;&nbsp;&nbsp;&nbsp;</span>&nbsp;%2")
+                                 .arg(ScheduleDayDelegate::scheduleColor(id).name(), schedules.value(id).name.toHtmlEscaped());
+        if (!parts.contains(item))
+            parts.append(item);
+    }
+    QSet<quint32> reasons;
+    for (const auto &record : m_model->reasons())
+        reasons.insert(record.reason);
+    QStringList marks;
+    for (quint32 uid : qAsConst(reasons)) {
+        const nivaro::ObjectInfo *reason = m_storage->constObject(uid, nivaro::REASON_DATANAME);
+        if (reason)
+            marks.append(QStringLiteral("<b>%1</b>&nbsp;%2").arg(reason->parameter(db::reason::MARK).toHtmlEscaped(),
+                                                                   reason->parameter(db::reason::NAME).toHtmlEscaped()));
+    }
+    marks.sort();
+    if (parts.isEmpty())
+        parts.append(tr("График работ не назначен"));
+    m_legend->setText(parts.join(QStringLiteral("&nbsp;&nbsp; ")) + QStringLiteral("<br>") + marks.join(QStringLiteral("&nbsp;&nbsp; ")));
+}

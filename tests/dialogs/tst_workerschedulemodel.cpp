@@ -160,6 +160,14 @@ void TestWorkerScheduleModel::onlyOwnMonthDaysAreSelectable()
     QCOMPARE(m_model->flags(inFebruary), Qt::NoItemFlags);
     QVERIFY(!m_model->data(inFebruary, Qt::ToolTipRole).isValid());
 
+    // A cell's date written through the model is what the cell then holds.
+    QSignalSpy changed(m_model.data(), &QAbstractItemModel::dataChanged);
+    QVERIFY(m_model->setData(inFebruary, QDate(2024, 2, 10), Qt::UserRole));
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(m_model->flags(inFebruary), Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    QVERIFY(m_model->setData(inFebruary, QDate(2024, 2, 10), Qt::UserRole));
+    QCOMPARE(changed.size(), 1); // the same value again changes nothing
+
     QCOMPARE(m_model->flags(m_model->index(0, 1)), Qt::NoItemFlags); // year row
     QCOMPARE(m_model->flags(m_model->index(2, 0)), Qt::ItemIsEnabled);
     QCOMPARE(m_model->flags(QModelIndex()), Qt::NoItemFlags);

@@ -25,7 +25,6 @@ AbsencePage::AbsencePage(nivaro::LocalStorage *storage, QWidget *parent)
 {
     setObjectName(QStringLiteral("absencePage"));
     m_proxy->setSourceModel(m_model);
-    m_proxy->setSortRole(Qt::DisplayRole);
 
     // The filter reads an unset end as "before everything", which hides
     // all periods: the page therefore sets both ends or neither.

@@ -20,13 +20,18 @@ using nivaro::TYPE_ID;
 
 namespace {
 
-// Name, mark and the longest span in days (one digit, "9" for longer).
-const char *const Reasons[][3] = {
-    {"Ежегодный отпуск", "ОТ", "9"},
-    {"Больничный", "Б", "7"},
-    {"Командировка", "К", "4"},
-    {"Отгул", "ОВ", "1"},
-    {"Учебный отпуск", "У", "5"},
+struct Reason
+{
+    const char *name;
+    const char *mark;
+    int longestDays;
+};
+const Reason Reasons[] = {
+    {"Ежегодный отпуск", "ОТ", 9},
+    {"Больничный", "Б", 7},
+    {"Командировка", "К", 4},
+    {"Отгул", "ОВ", 1},
+    {"Учебный отпуск", "У", 5},
 };
 // The year the sample calendar data is about, with the year before it.
 constexpr int CalendarYear = 2026;
@@ -365,7 +370,7 @@ private:
     {
         QList<ObjectInfo> reasons;
         for (const auto &r : Reasons)
-            reasons.append(ObjectInfo(nextUid(), nivaro::OT_REASON, {{db::reason::NAME, text(r[0])}, {db::reason::MARK, text(r[1])}}));
+            reasons.append(ObjectInfo(nextUid(), nivaro::OT_REASON, {{db::reason::NAME, text(r.name)}, {db::reason::MARK, text(r.mark)}}));
         QList<nivaro::SCHEDULE_DATA> personal;
         const QLocale russian(QLocale::Russian);
         for (int month = 1; month <= 12; ++month) {
@@ -414,12 +419,11 @@ private:
             while (c.absences.size() < 8) {
                 day = day.addDays(20 + rng.bounded(90));
                 const int kind = rng.bounded(int(std::size(Reasons)));
-                const int length = Reasons[kind][2][0] - '0';
                 nivaro::_WORKER_ABSENCE_REASON_RECORD r;
                 r.id = quint32(c.absences.size() + 1);
                 r.reason = reasons.at(kind).uid();
                 r.start = QDateTime(day, QTime(0, 0), Qt::UTC);
-                day = day.addDays(rng.bounded(1, length + 1) - 1);
+                day = day.addDays(rng.bounded(1, Reasons[kind].longestDays + 1) - 1);
                 if (day > last)
                     break;
                 r.end = QDateTime(day, QTime(23, 59), Qt::UTC);

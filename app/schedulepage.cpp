@@ -21,6 +21,8 @@ namespace {
 // choose what is shown of it.
 constexpr int YearsBack = 15;
 constexpr int YearsAhead = 5;
+// A legend line longer than this no longer helps to tell colours apart.
+constexpr int MaxLegendSchedules = 8;
 
 } // namespace
 
@@ -118,20 +120,19 @@ void SchedulePage::yearsChanged()
 void SchedulePage::updateLegend()
 {
     const auto schedules = m_storage->schedules();
-    QList<int> shown;
-    for (const auto &record : m_model->schedules())
-        shown.append(record.scheduleId);
-    const QSet<int> personal = m_model->personalSchedules();
-    shown.append(QList<int>(personal.cbegin(), personal.cend()));
-    QStringList parts;
-    for (int id : qAsConst(shown)) {
-        if (parts.size() >= 8)
-            break;
-        const QString item = QStringLiteral("<span style=\"background:%1\">&nbsp;&nbsp;&nbsp;&nbsp;</span>&nbsp;%2")
-                                 .arg(ScheduleDayDelegate::scheduleColor(id).name(), schedules.value(id).name.toHtmlEscaped());
-        if (!parts.contains(item))
-            parts.append(item);
+    QList<int> shown; // in the order the calendar applies them, each once
+    for (const auto &record : m_model->schedules()) {
+        if (!shown.contains(record.scheduleId))
+            shown.append(record.scheduleId);
     }
+    for (int id : m_model->personalSchedules()) {
+        if (!shown.contains(id))
+            shown.append(id);
+    }
+    QStringList parts;
+    for (int id : shown.mid(0, MaxLegendSchedules))
+        parts.append(QStringLiteral("<span style=\"background:%1\">&nbsp;&nbsp;&nbsp;&nbsp;</span>&nbsp;%2")
+                         .arg(ScheduleDayDelegate::scheduleColor(id).name(), schedules.value(id).name.toHtmlEscaped()));
     QSet<quint32> reasons;
     for (const auto &record : m_model->reasons())
         reasons.insert(record.reason);

@@ -74,11 +74,6 @@ private:
     QVariant m_mark;
 };
 
-QStandardItem *cellItem(const QDate &date)
-{
-    return new CalendarCell(date);
-}
-
 // The month a row's column-0 text names ("month3" -> 3), or 0.
 int monthOfRowText(const QString &text)
 {
@@ -146,7 +141,7 @@ void WorkerScheduleModel::setInterval(const QDate &from, const QDate &to)
         head->setData(QDate(year, 1, 1), Qt::UserRole);
         yearRow.append(head);
         for (int i = 0; i < YearCells; ++i)
-            yearRow.append(cellItem(QDate()));
+            yearRow.append(new CalendarCell(QDate()));
         appendRow(yearRow);
 
         for (int month = 1; month <= 12; ++month) {
@@ -158,7 +153,7 @@ void WorkerScheduleModel::setInterval(const QDate &from, const QDate &to)
             monthHead->setData(first, Qt::UserRole);
             monthRow.append(monthHead);
             for (int k = 1; k <= DayColumns; ++k)
-                monthRow.append(cellItem(monday.addDays(k)));
+                monthRow.append(new CalendarCell(monday.addDays(k)));
             appendRow(monthRow);
         }
     }

@@ -7,7 +7,9 @@
 #include <algorithm>
 
 DeleteProgressWizardPage::DeleteProgressWizardPage(QWidget *parent)
-    : ObjectsProgressWizardPage(parent)
+    : ObjectsProgressWizardPage({QStringLiteral("delete_object"), QStringLiteral("deleted"), tr("Удаление %1"),
+                                 tr("%1 удален"), tr("Ошибка удаления %1")},
+                                parent)
 {
     setTitle(tr("Идет удаление"));
 }
@@ -23,28 +25,4 @@ void DeleteProgressWizardPage::setUids(const QList<unsigned int> &uids)
     std::stable_sort(objects().begin(), objects().end(), [&depth](const nivaro::ObjectInfo &a, const nivaro::ObjectInfo &b) {
         return depth.value(a.uid()) > depth.value(b.uid());
     });
-}
-
-nivaro::TaskInfo DeleteProgressWizardPage::makeTask(const nivaro::ObjectInfo &object) const
-{
-    nivaro::TaskInfo task;
-    task.command = QStringLiteral("delete_object");
-    task.params.insert(QStringLiteral("object_type"), object.typeName());
-    task.slot = QStringLiteral("deleted");
-    return task;
-}
-
-QString DeleteProgressWizardPage::startText(const QString &name) const
-{
-    return tr("Удаление %1").arg(name);
-}
-
-QString DeleteProgressWizardPage::doneText(const QString &name) const
-{
-    return tr("%1 удален").arg(name);
-}
-
-QString DeleteProgressWizardPage::errorText(const QString &name) const
-{
-    return tr("Ошибка удаления %1").arg(name);
 }

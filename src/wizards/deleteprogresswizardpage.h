@@ -18,12 +18,6 @@ public:
 
 public Q_SLOTS:
     void deleted(unsigned int uid) { reply(uid); }
-
-protected:
-    nivaro::TaskInfo makeTask(const nivaro::ObjectInfo &object) const override;
-    QString startText(const QString &name) const override;
-    QString doneText(const QString &name) const override;
-    QString errorText(const QString &name) const override;
 };
 
 #endif

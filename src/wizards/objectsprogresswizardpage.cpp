@@ -11,8 +11,9 @@
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
-ObjectsProgressWizardPage::ObjectsProgressWizardPage(QWidget *parent)
+ObjectsProgressWizardPage::ObjectsProgressWizardPage(const Run &run, QWidget *parent)
     : NVWizardPage(parent)
+    , m_run(run)
     , m_status(new QLabel(this))
     , m_bar(new NVProgressBar(this))
     , m_log(new QTextBrowser(this))
@@ -37,16 +38,20 @@ void ObjectsProgressWizardPage::setUids(const QList<unsigned int> &uids)
     m_objects.reserve(uids.size());
     QSet<unsigned int> seen;
     for (unsigned int uid : uids) {
-        const nivaro::ObjectInfo *object = storage->constObject(uid);
-        if (!object) {
-            qDebug() << "bulk wizard: object" << uid << "is not in the store; left out";
+        if (seen.contains(uid))
             continue;
-        }
-        if (!seen.contains(uid)) {
-            seen.insert(uid);
+        seen.insert(uid);
+        const nivaro::ObjectInfo *object = storage->constObject(uid);
+        if (object)
             m_objects.append(*object);
-        }
+        else
+            qDebug() << "bulk wizard: object" << uid << "is not in the store; left out";
     }
+}
+
+void ObjectsProgressWizardPage::setTaskParameter(const QString &key, const QVariant &value)
+{
+    m_taskParameters.insert(key, value);
 }
 
 void ObjectsProgressWizardPage::initializePage()
@@ -74,12 +79,17 @@ void ObjectsProgressWizardPage::sendHead()
     setComplete(false);
     const nivaro::ObjectInfo &object = m_objects.constFirst();
     const QString name = NVGlobals::objectName(object);
-    nivaro::TaskInfo task = makeTask(object);
+    nivaro::TaskInfo task;
     task.id = nivaro::TaskInfo::newId();
     task.uid = object.uid();
+    task.command = m_run.command;
+    task.params.insert(QStringLiteral("object_type"), object.typeName());
+    for (auto it = m_taskParameters.cbegin(); it != m_taskParameters.cend(); ++it)
+        task.params.insert(it.key(), it.value());
     task.widget = this;
-    task.startMessage = startText(name);
-    task.errorMessage = errorText(name);
+    task.slot = m_run.replySlot;
+    task.startMessage = m_run.startText.arg(name);
+    task.errorMessage = m_run.errorText.arg(name);
     m_out = true;
     m_buffer->append(task.startMessage);
     emit appendTask(task);
@@ -93,7 +103,7 @@ void ObjectsProgressWizardPage::reply(unsigned int uid)
     }
     const QString name = NVGlobals::objectName(m_objects.constFirst());
     if (uid == 0) {
-        m_buffer->append(errorText(name));
+        m_buffer->append(m_run.errorText.arg(name));
         m_status->setText(tr("Ошибка"));
         m_bar->failed();
         m_objects.clear();
@@ -101,7 +111,7 @@ void ObjectsProgressWizardPage::reply(unsigned int uid)
         setComplete(true);
         return;
     }
-    m_buffer->append(doneText(name));
+    m_buffer->append(m_run.doneText.arg(name));
     m_objects.removeFirst();
     m_bar->setValue(m_bar->value() + 1);
     sendNextObject();

@@ -8,7 +8,9 @@
 #include <objectinfo.h>
 #include <taskinfo.h>
 
+#include <QHash>
 #include <QList>
+#include <QVariant>
 
 class BufferedLog;
 class NVProgressBar;
@@ -21,8 +23,8 @@ class QTextBrowser;
  * the run: objects not yet sent stay as they were, and the log tells
  * which ones were done.
  *
- * A derived page builds the task for an object and names its texts; its
- * reply slot forwards to reply().
+ * A derived page names the command, its reply slot (which forwards to
+ * reply()) and the log texts, and may add parameters every task carries.
  */
 class NVDIALOGS_EXPORT ObjectsProgressWizardPage : public NVWizardPage
 {
@@ -43,20 +45,28 @@ Q_SIGNALS:
     void appendTask(nivaro::TaskInfo task);
 
 protected:
-    explicit ObjectsProgressWizardPage(QWidget *parent = nullptr);
+    // What the page sends and logs; each text takes the object's name as %1.
+    struct Run
+    {
+        QString command;
+        QString replySlot;
+        QString startText;
+        QString doneText;
+        QString errorText;
+    };
 
-    // The task for object, without its receiver, start and error texts.
-    virtual nivaro::TaskInfo makeTask(const nivaro::ObjectInfo &object) const = 0;
-    virtual QString startText(const QString &name) const = 0;
-    virtual QString doneText(const QString &name) const = 0;
-    virtual QString errorText(const QString &name) const = 0;
+    ObjectsProgressWizardPage(const Run &run, QWidget *parent);
 
+    // A parameter every task carries (a later value for key replaces it).
+    void setTaskParameter(const QString &key, const QVariant &value);
     void reply(unsigned int uid);
     QList<nivaro::ObjectInfo> &objects() { return m_objects; }
 
 private:
     void sendHead();
 
+    const Run m_run;
+    QHash<QString, QVariant> m_taskParameters;
     QList<nivaro::ObjectInfo> m_objects; // still to be done, the head is out
     bool m_out = false;
     QLabel *m_status = nullptr;

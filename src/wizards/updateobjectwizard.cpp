@@ -3,40 +3,16 @@
 #include "deletelistwizardpage.h"
 
 UpdateProgressWizardPage::UpdateProgressWizardPage(QWidget *parent)
-    : ObjectsProgressWizardPage(parent)
+    : ObjectsProgressWizardPage({QStringLiteral("save_object"), QStringLiteral("updated"), tr("Обработка %1"),
+                                 tr("%1 обработан"), tr("Ошибка обработки %1")},
+                                parent)
 {
     setTitle(tr("Обновление объектов"));
 }
 
 void UpdateProgressWizardPage::addUpdateParameter(const QString &name, const QVariant &value)
 {
-    m_parameters.insert(name, value);
-}
-
-nivaro::TaskInfo UpdateProgressWizardPage::makeTask(const nivaro::ObjectInfo &object) const
-{
-    nivaro::TaskInfo task;
-    task.command = QStringLiteral("save_object");
-    task.params.insert(QStringLiteral("object_type"), object.typeName());
-    for (auto it = m_parameters.cbegin(); it != m_parameters.cend(); ++it)
-        task.params.insert(QLatin1String("property-") + it.key(), it.value());
-    task.slot = QStringLiteral("updated");
-    return task;
-}
-
-QString UpdateProgressWizardPage::startText(const QString &name) const
-{
-    return tr("Обработка %1").arg(name);
-}
-
-QString UpdateProgressWizardPage::doneText(const QString &name) const
-{
-    return tr("%1 обработан").arg(name);
-}
-
-QString UpdateProgressWizardPage::errorText(const QString &name) const
-{
-    return tr("Ошибка обработки %1").arg(name);
+    setTaskParameter(QLatin1String("property-") + name, value);
 }
 
 UpdateObjectWizard::UpdateObjectWizard(QWidget *parent)

@@ -7,7 +7,6 @@
 #include <pagelistwizard.h>
 #include <taskinfo.h>
 
-#include <QHash>
 #include <QVariant>
 
 class DeleteListWizardPage;
@@ -30,15 +29,6 @@ public:
 
 public Q_SLOTS:
     void updated(unsigned int uid) { reply(uid); }
-
-protected:
-    nivaro::TaskInfo makeTask(const nivaro::ObjectInfo &object) const override;
-    QString startText(const QString &name) const override;
-    QString doneText(const QString &name) const override;
-    QString errorText(const QString &name) const override;
-
-private:
-    QHash<QString, QVariant> m_parameters;
 };
 
 /** Applies the same parameter values to many objects, listing them first. */

@@ -401,6 +401,16 @@ QString LocalStorage::fileName() const
     return d->file.fileName();
 }
 
+bool LocalStorage::isReadOnly() const
+{
+    return false;
+}
+
+QString LocalStorage::readOnlyReason() const
+{
+    return QString();
+}
+
 bool LocalStorage::putObjects(const QString &dataname, const QList<ObjectInfo> &objects, QString *error)
 {
     StoreFile::Batch batch;

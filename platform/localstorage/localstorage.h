@@ -91,6 +91,10 @@ public:
     void close();
     bool isOpen() const;
     QString fileName() const;
+    // A store that can be read but not written (the file or its folder):
+    // every write is refused with readOnlyReason(), a text for the operator.
+    bool isReadOnly() const;
+    QString readOnlyReason() const;
 
     // ---- Write side (hosts and the executor) ------------------------------
     // Inserts or replaces objects in a collection.

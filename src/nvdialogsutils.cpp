@@ -1,6 +1,7 @@
 #include "nvdialogsutils.h"
 
 #include <dbparams.h>
+#include <nvglobals.h>
 
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
@@ -276,12 +277,21 @@ const Country States[] = {
         {"898", QT_TRANSLATE_NOOP("NVDialogsUtils", "ЛНР")},
 };
 
+// Marks what the dismissed rule turned off, so that the next selection can
+// give back exactly that: inner widgets (the line edit of a date edit, the
+// list of a combo box) are never touched by a view's own enabling code.
+const char *const DisabledIfFired = "nvdDisabledIfFired";
+
 template<typename T>
 void disableAll(QWidget *parent)
 {
     const QList<T *> children = parent->findChildren<T *>();
-    for (T *child : children)
+    for (T *child : children) {
+        // A control a view turned off for its own reasons stays its to turn on.
+        if (!child->testAttribute(Qt::WA_ForceDisabled))
+            child->setProperty(DisabledIfFired, true);
         child->setEnabled(false);
+    }
 }
 
 } // namespace
@@ -303,6 +313,34 @@ void NVDialogsUtils::DisableChildrenIfFired(const nivaro::NVHash<unsigned int, n
     disableAll<QAbstractScrollArea>(parent);
     disableAll<QAbstractButton>(parent);
     disableAll<QAbstractSpinBox>(parent);
+}
+
+void NVDialogsUtils::EnableChildrenDisabledIfFired(QWidget *parent)
+{
+    if (!parent)
+        return;
+    const QList<QWidget *> children = parent->findChildren<QWidget *>();
+    for (QWidget *child : children) {
+        if (!child->property(DisabledIfFired).toBool())
+            continue;
+        child->setProperty(DisabledIfFired, QVariant());
+        child->setEnabled(true);
+    }
+}
+
+void NVDialogsUtils::limitTextInput(QLineEdit *edit, int maxLength)
+{
+    edit->setMaxLength(maxLength);
+    edit->setToolTip(QCoreApplication::translate("NVDialogsUtils", "Не более %n символов", nullptr, maxLength));
+    // textEdited: only what the user typed or pasted, never what a view shows.
+    QObject::connect(edit, &QLineEdit::textEdited, edit, [edit](const QString &text) {
+        const QString clean = NVGlobals::withoutControlCharacters(text);
+        if (clean.size() == text.size())
+            return;
+        const int cursor = edit->cursorPosition() - (text.size() - clean.size());
+        edit->setText(clean);
+        edit->setCursorPosition(qMax(0, cursor));
+    });
 }
 
 QList<StateRegistryInfo> NVDialogsUtils::getStatesRegistry()

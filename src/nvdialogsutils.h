@@ -10,6 +10,7 @@
 #include <QString>
 #include <QStringList>
 
+class QLineEdit;
 class QWidget;
 
 /** One country of the registry used by the citizenship lists. */
@@ -27,6 +28,14 @@ public:
     // a dismissed employee. Never enables anything.
     static void DisableChildrenIfFired(const nivaro::NVHash<unsigned int, nivaro::ObjectInfo> &objects,
                                        QWidget *parent);
+    // Enables again exactly what DisableChildrenIfFired turned off below
+    // parent, inner widgets included; what a view had disabled itself
+    // stays as it was. A view calls it before showing a new selection.
+    static void EnableChildrenDisabledIfFired(QWidget *parent);
+    // Makes a line edit take at most maxLength characters, says so in its
+    // tooltip, and strips control and bidirectional formatting characters
+    // from what the user types or pastes.
+    static void limitTextInput(QLineEdit *edit, int maxLength);
     // All countries in ascending order of code; a new list on every call.
     static QList<StateRegistryInfo> getStatesRegistry();
     // Codes of the near-abroad countries, listed first in citizenship lists.

@@ -1,5 +1,7 @@
 #include "propertybasewidget.h"
 
+#include "nvdialogsutils.h"
+
 #include <nvglobals.h>
 
 PropertyBaseWidget::PropertyBaseWidget(QWidget *parent)
@@ -15,6 +17,17 @@ QStringList PropertyBaseWidget::subPages() const
 }
 
 void PropertyBaseWidget::showSubPage(int)
+{
+}
+
+void PropertyBaseWidget::refreshControlStates(const nivaro::NVHash<unsigned int, nivaro::ObjectInfo> &selection)
+{
+    NVDialogsUtils::EnableChildrenDisabledIfFired(this);
+    enableControls();
+    NVDialogsUtils::DisableChildrenIfFired(selection, this);
+}
+
+void PropertyBaseWidget::enableControls()
 {
 }
 

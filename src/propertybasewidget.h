@@ -53,6 +53,20 @@ Q_SIGNALS:
 
 protected:
     /**
+     * Sets the enabled state of every control from scratch: gives back what
+     * the dismissed-employee rule turned off (inner widgets included), lets
+     * the view apply its own rules (enableControls()), then applies the
+     * dismissed rule to `selection`. Called after any change of selection,
+     * rights or read-only mode, it leaves the view exactly as a new view
+     * showing the same would be, whatever was shown before and in whatever
+     * order the host called things.
+     */
+    void refreshControlStates(const nivaro::NVHash<unsigned int, nivaro::ObjectInfo> &selection);
+    // The view's own rules: which controls the selection, the operator's
+    // rights and read-only mode allow. Nothing by default.
+    virtual void enableControls();
+
+    /**
      * The save task of one object: a new task number, command
      * "save_object", "object_type" and "parent" from the record, one
      * "property-<key>" entry per changed parameter, this view as receiver

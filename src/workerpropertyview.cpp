@@ -68,6 +68,14 @@ QString escaped(const QString &text)
     return text.toHtmlEscaped();
 }
 
+// Long enough for any real name or document; a pasted page of text is cut
+// here, where the operator sees the limit, not silently further down.
+constexpr int MaxNameLength = 100;
+constexpr int MaxDocumentFieldLength = 50;
+constexpr int MaxDescriptionLength = 4000;
+
+const QDate FirstBirthday(1900, 1, 1);
+
 } // namespace
 
 WorkerPropertyView::WorkerPropertyView(QWidget *parent)
@@ -87,6 +95,10 @@ WorkerPropertyView::WorkerPropertyView(QWidget *parent)
     ui->cbGender->addItem(tr("Мужской"), 1);
     ui->cbGender->addItem(tr("Женский"), 2);
     ui->photoWidget->setDefaultPicture(placeholder());
+    for (QLineEdit *edit : {ui->leSurname, ui->leName, ui->lePatronymic, ui->leDocType})
+        NVDialogsUtils::limitTextInput(edit, MaxNameLength);
+    for (QLineEdit *edit : {ui->leDocSeries, ui->leDocNumber})
+        NVDialogsUtils::limitTextInput(edit, MaxDocumentFieldLength);
     initCitizenship();
     init();
 
@@ -155,68 +167,123 @@ void WorkerPropertyView::setCurrent(const nivaro::NVHash<unsigned int, ObjectInf
     m_uids = objects.uniqueKeys();
     m_edited.clear();
     m_pending.clear();
+    m_saveFailed = false;
+    m_refreshOwed = false;
     m_loading = true;
-    enableControls();
     showValues();
     m_loading = false;
-    NVDialogsUtils::DisableChildrenIfFired(m_objects, this);
-    emit enableSave(widgetUid(), true);
+    refreshControlStates(m_objects);
+    setSaveBlock(QString());
 }
 
-void WorkerPropertyView::showValues()
+// Whether every selected object holds the same value for key; absent keys
+// read as the empty text.
+bool WorkerPropertyView::uniformValue(const QString &key, QString *value) const
 {
-    // Whether every selected object holds the same value for key; absent
-    // keys read as the empty text.
-    auto uniform = [this](const QString &key, QString *value) {
-        bool first = true;
-        for (auto it = m_objects.cbegin(); it != m_objects.cend(); ++it) {
-            const QString v = it->parameter(key);
-            if (first) {
-                *value = v;
-                first = false;
-            } else if (v != *value) {
-                return false;
-            }
+    bool first = true;
+    for (auto it = m_objects.cbegin(); it != m_objects.cend(); ++it) {
+        const QString v = it->parameter(key);
+        if (first) {
+            *value = v;
+            first = false;
+        } else if (v != *value) {
+            return false;
         }
-        if (first)
-            value->clear();
-        return true;
-    };
-    auto showText = [&](QLineEdit *edit, const QString &key, const QString &placeholder) {
-        QString value;
-        if (uniform(key, &value)) {
-            edit->setText(value);
-            edit->setPlaceholderText(placeholder);
-        } else {
-            edit->clear();
-            edit->setPlaceholderText(mixedText());
-        }
-    };
-    showText(ui->leSurname, db::worker::LAST_NAME, QString());
-    showText(ui->leName, db::worker::FIRST_NAME, QString());
-    showText(ui->lePatronymic, db::worker::MIDDLE_NAME, QString());
-    showText(ui->leDocType, db::worker::DOC_TYPE, QString());
-    showText(ui->leDocSeries, db::worker::DOC_SERIES, QString());
-    showText(ui->leDocNumber, db::worker::DOC_NUMBER, QString());
-    showText(ui->leInn, db::orgstructure::common::INN, tr("12 цифр"));
-    showText(ui->leExtId, db::common::EXT_GUID, QString());
-
-    QString value;
-    if (uniform(db::worker::SNILS, &value))
-        ui->leSnils->setSnils(value);
-    else
-        ui->leSnils->showPlaceholder(mixedText());
-
-    if (uniform(db::worker::DESCRIPTION, &value)) {
-        ui->teDescription->setPlainText(value);
-        ui->teDescription->setPlaceholderText(QString());
-    } else {
-        ui->teDescription->clear();
-        ui->teDescription->setPlaceholderText(mixedText());
     }
+    if (first)
+        value->clear();
+    return true;
+}
 
+// Shows the selection's values in every control except those of the keys
+// in `keep`, which hold the operator's unsaved edits.
+void WorkerPropertyView::showValues(const QSet<QString> &keep)
+{
+    const QList<QPair<QLineEdit *, QString>> texts = {
+        {ui->leSurname, db::worker::LAST_NAME},     {ui->leName, db::worker::FIRST_NAME},
+        {ui->lePatronymic, db::worker::MIDDLE_NAME}, {ui->leDocType, db::worker::DOC_TYPE},
+        {ui->leDocSeries, db::worker::DOC_SERIES},   {ui->leDocNumber, db::worker::DOC_NUMBER},
+        {ui->leInn, db::orgstructure::common::INN},  {ui->leExtId, db::common::EXT_GUID},
+    };
+    for (const auto &text : texts) {
+        if (!keep.contains(text.second))
+            showText(text.first, text.second);
+    }
+    QString value;
+    if (!keep.contains(db::worker::SNILS)) {
+        if (uniformValue(db::worker::SNILS, &value))
+            ui->leSnils->setSnils(value);
+        else
+            ui->leSnils->showPlaceholder(mixedText());
+    }
+    if (!keep.contains(db::worker::DESCRIPTION)) {
+        const bool same = uniformValue(db::worker::DESCRIPTION, &value);
+        ui->teDescription->setPlainText(same ? NVGlobals::withoutControlCharacters(value, true) : QString());
+        ui->teDescription->setPlaceholderText(same ? QString() : mixedText());
+    }
+    if (!keep.contains(db::worker::BIRTHDAY))
+        showBirthday();
+    if (!keep.contains(db::worker::GENDER))
+        showGender();
+    if (!keep.contains(db::worker::CITIZENSHIP_CODE))
+        showCitizenship();
+    if (!keep.contains(db::worker::PHOTO))
+        showPhoto();
+    ui->leDbId->setText(m_uids.isEmpty() ? QString() : QString::number(m_uids.constFirst()));
+}
+
+void WorkerPropertyView::showText(QLineEdit *edit, const QString &key)
+{
+    const QString placeholder = edit == ui->leInn ? tr("12 цифр") : QString();
+    QString value;
+    if (!uniformValue(key, &value)) {
+        edit->clear();
+        edit->setPlaceholderText(mixedText());
+        return;
+    }
+    if (edit->maxLength() < value.size())
+        qDebug() << "worker view: value longer than its field" << key << value.size();
+    // A stored text is shown without the characters that would garble it;
+    // it is written back only if the operator edits it.
+    edit->setText(NVGlobals::withoutControlCharacters(value));
+    edit->setPlaceholderText(placeholder);
+}
+
+void WorkerPropertyView::showGender()
+{
+    // The mixed row of the sex list exists only while it is needed.
+    const bool mixedRow = ui->cbGender->itemData(0).toInt() == -1;
+    QString value;
+    if (uniformValue(db::worker::GENDER, &value)) {
+        if (mixedRow)
+            ui->cbGender->removeItem(0);
+        if (!ui->cbGender->setCurrentData(QString::number(value.toUInt())))
+            ui->cbGender->setCurrentIndex(0);
+    } else {
+        if (!mixedRow)
+            ui->cbGender->insertItem(0, mixedText(), -1);
+        ui->cbGender->setCurrentIndex(0);
+    }
+}
+
+void WorkerPropertyView::showCitizenship()
+{
+    QString value;
+    if (!uniformValue(db::worker::CITIZENSHIP_CODE, &value)) {
+        ui->cbCitizenship->setCurrentIndex(0);
+    } else if (!ui->cbCitizenship->setCurrentData(value.isEmpty() ? QStringLiteral("0") : value)) {
+        qDebug() << "worker view: unknown citizenship code" << value;
+        ui->cbCitizenship->setCurrentIndex(1);
+    }
+}
+
+void WorkerPropertyView::showBirthday()
+{
+    QString value;
+    // The bounds follow the calendar: a view left open overnight admits today.
+    ui->deBirthday->setAllowedRange(FirstBirthday, QDate::currentDate());
     ui->deBirthday->setSpecialValueText(QStringLiteral(" "));
-    if (uniform(db::worker::BIRTHDAY, &value)) {
+    if (uniformValue(db::worker::BIRTHDAY, &value)) {
         const QDate date = QDate::fromString(value, Qt::ISODate);
         if (!value.isEmpty() && !date.isValid())
             qDebug() << "worker view: unreadable birthday" << value;
@@ -225,29 +292,21 @@ void WorkerPropertyView::showValues()
         ui->deBirthday->clear();
         ui->deBirthday->setSpecialValueText(mixedText());
     }
+    markBirthday();
+}
 
-    // The mixed row of the sex list exists only while it is needed.
-    const bool genderMixedRow = ui->cbGender->itemData(0).toInt() == -1;
-    if (uniform(db::worker::GENDER, &value)) {
-        if (genderMixedRow)
-            ui->cbGender->removeItem(0);
-        if (!ui->cbGender->setCurrentData(QString::number(value.toUInt())))
-            ui->cbGender->setCurrentIndex(0);
-    } else {
-        if (!genderMixedRow)
-            ui->cbGender->insertItem(0, mixedText(), -1);
-        ui->cbGender->setCurrentIndex(0);
-    }
+// A stored birthday outside the bounds is shown as it is, and marked.
+void WorkerPropertyView::markBirthday()
+{
+    const bool outside = ui->deBirthday->isOutsideAllowedRange();
+    ui->deBirthday->setStyleSheet(outside ? QStringLiteral("color: #b00020;") : QString());
+    ui->deBirthday->setToolTip(outside ? tr("Дата рождения должна быть не раньше %1 и не позже сегодняшнего дня")
+                                             .arg(FirstBirthday.toString(QStringLiteral("dd.MM.yyyy")))
+                                       : QString());
+}
 
-    if (uniform(db::worker::CITIZENSHIP_CODE, &value)) {
-        if (!ui->cbCitizenship->setCurrentData(value.isEmpty() ? QStringLiteral("0") : value)) {
-            qDebug() << "worker view: unknown citizenship code" << value;
-            ui->cbCitizenship->setCurrentIndex(1);
-        }
-    } else {
-        ui->cbCitizenship->setCurrentIndex(0);
-    }
-
+void WorkerPropertyView::showPhoto()
+{
     QPixmap photo;
     if (!photosDenied() && m_uids.size() == 1) {
         const QByteArray hex = nivaro::LocalStorage::instance()->blob(m_uids.constFirst(), db::worker::PHOTO);
@@ -259,22 +318,26 @@ void WorkerPropertyView::showValues()
     }
     ui->photoWidget->setPhoto(photo);
     ui->photoWidget->setDefaultPicture(placeholder());
-
-    ui->leDbId->setText(m_uids.isEmpty() ? QString() : QString::number(m_uids.constFirst()));
 }
 
 void WorkerPropertyView::enableControls()
 {
     const bool any = !m_uids.isEmpty();
-    const QList<QWidget *> editors = {ui->leSurname, ui->leName, ui->lePatronymic, ui->cbGender, ui->deBirthday,
-                                      ui->cbCitizenship, ui->leDocType, ui->leDocSeries, ui->leDocNumber,
+    const QList<QWidget *> editors = {ui->leSurname, ui->cbGender, ui->deBirthday, ui->cbCitizenship,
                                       ui->leSnils, ui->leInn, ui->teDescription, ui->leDbId, ui->leExtId};
     for (QWidget *w : editors)
         w->setEnabled(any);
+    applyRestrictions();
+
+    for (QLineEdit *edit : {ui->leSurname, ui->leName, ui->lePatronymic, ui->leDocType, ui->leDocSeries,
+                            ui->leDocNumber, static_cast<QLineEdit *>(ui->leSnils), ui->leInn})
+        edit->setReadOnly(m_readOnly);
+    ui->cbGender->setReadOnly(m_readOnly);
+    ui->cbCitizenship->setReadOnly(m_readOnly);
+    ui->deBirthday->setReadOnly(m_readOnly);
+    ui->teDescription->setReadOnly(m_readOnly);
     ui->photoWidget->setButtonsEnabled(any && !m_readOnly && !photosDenied());
     ui->pbPrint->setEnabled(m_uids.size() == 1);
-    if (any)
-        enablePersonalDataFields(m_restrictions);
 }
 
 // Loaded once per view: a resource load costs more than the rest of
@@ -297,14 +360,7 @@ bool WorkerPropertyView::photosDenied() const
 void WorkerPropertyView::setReadOnly(bool readOnly)
 {
     m_readOnly = readOnly;
-    for (QLineEdit *edit : {ui->leSurname, ui->leName, ui->lePatronymic, ui->leDocType, ui->leDocSeries,
-                            ui->leDocNumber, static_cast<QLineEdit *>(ui->leSnils), ui->leInn})
-        edit->setReadOnly(readOnly);
-    ui->cbGender->setReadOnly(readOnly);
-    ui->cbCitizenship->setReadOnly(readOnly);
-    ui->deBirthday->setReadOnly(readOnly);
-    ui->teDescription->setReadOnly(readOnly);
-    ui->photoWidget->setButtonsEnabled(!readOnly && !m_uids.isEmpty() && !photosDenied());
+    refreshControlStates(m_objects);
 }
 
 void WorkerPropertyView::setBlobData(const QHash<unsigned int, QHash<QString, QByteArray>> &blobs)
@@ -324,8 +380,15 @@ void WorkerPropertyView::setBlobData(const QHash<unsigned int, QHash<QString, QB
 
 void WorkerPropertyView::enablePersonalDataFields(const QMap<QString, bool> &restrictions)
 {
-    using namespace db::database::json;
     m_restrictions = restrictions;
+    refreshControlStates(m_objects);
+    ui->photoWidget->setDefaultPicture(placeholder());
+}
+
+void WorkerPropertyView::applyRestrictions()
+{
+    using namespace db::database::json;
+    const QMap<QString, bool> &restrictions = m_restrictions;
     const bool any = !m_uids.isEmpty();
     const QList<QPair<QString, QWidget *>> fields = {
         {PERSONAL_GENERAL_NAME, ui->leName},
@@ -341,7 +404,6 @@ void WorkerPropertyView::enablePersonalDataFields(const QMap<QString, bool> &res
     };
     for (const auto &field : fields)
         field.second->setEnabled(any && !restrictions.value(field.first, false));
-    ui->photoWidget->setDefaultPicture(placeholder());
 }
 
 // ---- Editing ---------------------------------------------------------------
@@ -362,7 +424,26 @@ void WorkerPropertyView::updateSaveState()
     int pos = 0;
     const bool innOk = !m_edited.contains(db::orgstructure::common::INN) || inn.isEmpty()
         || m_innValidator->validate(inn, pos) == QValidator::Acceptable;
-    emit enableSave(widgetUid(), surnameOk && innOk);
+    if (!surnameOk)
+        setSaveBlock(tr("Сохранение невозможно: фамилия не может быть пустой"));
+    else if (!innOk)
+        setSaveBlock(tr("Сохранение невозможно: ИНН сотрудника состоит из 12 цифр с верными контрольными цифрами"));
+    else
+        setSaveBlock(QString());
+}
+
+// A greyed-out Save says why in the message line; the line is cleared again
+// once the reason is gone, so that it never shows an old result instead.
+void WorkerPropertyView::setSaveBlock(const QString &reason)
+{
+    emit enableSave(widgetUid(), reason.isEmpty());
+    if (reason == m_saveBlock)
+        return;
+    m_saveBlock = reason;
+    if (reason.isEmpty())
+        emit showMessage(QString());
+    else
+        emit showCriticalMessage(reason);
 }
 
 void WorkerPropertyView::surnameEdited(const QString &)
@@ -444,6 +525,7 @@ void WorkerPropertyView::birthdayEdited()
             == (m_objects.isEmpty() ? QString() : m_objects.cbegin()->parameter(db::worker::BIRTHDAY)))
         return;
     ui->deBirthday->setSpecialValueText(QStringLiteral(" "));
+    markBirthday();
     edited(db::worker::BIRTHDAY);
 }
 
@@ -451,6 +533,18 @@ void WorkerPropertyView::descriptionEdited()
 {
     if (m_loading)
         return;
+    // A plain text edit has no length limit of its own: cut what was typed
+    // or pasted past the limit, and strip what would garble the text.
+    const QString text = ui->teDescription->toPlainText();
+    const QString clean = NVGlobals::withoutControlCharacters(text, true).left(MaxDescriptionLength);
+    if (clean != text) {
+        const QSignalBlocker blocker(ui->teDescription);
+        ui->teDescription->setPlainText(clean);
+        ui->teDescription->moveCursor(QTextCursor::End);
+        if (text.size() > MaxDescriptionLength)
+            QToolTip::showText(ui->teDescription->mapToGlobal(QPoint()),
+                               tr("Не более %n символов", nullptr, MaxDescriptionLength), ui->teDescription);
+    }
     edited(db::worker::DESCRIPTION);
     ui->teDescription->setPlaceholderText(QString());
 }
@@ -584,45 +678,81 @@ void WorkerPropertyView::applyChanges()
     const QString startText = tr("Сохранение параметров сотрудника %1");
     const QString errorText = tr("Ошибка сохранения параметров сотрудника %1");
     forEachChanged([&](const nivaro::ObjectInfo &object, const QHash<QString, QString> &changes) {
-        m_pending.insert(object.uid(), changes);
+        m_pending.append({object.uid(), changes});
         emit appendTask(makeSaveTask(object, changes, startText, errorText));
     });
 }
 
 void WorkerPropertyView::rejectChanges()
 {
-    m_edited.clear();
-    m_loading = true;
-    enableControls();
-    showValues();
-    m_loading = false;
-    NVDialogsUtils::DisableChildrenIfFired(m_objects, this);
-    emit enableSave(widgetUid(), true);
+    // The stored values, as the store holds them now: the view's own copies
+    // may be older than a change it was not free to show while editing.
+    nivaro::NVHash<unsigned int, ObjectInfo> stored = storedSelection();
+    for (auto it = m_objects.cbegin(); it != m_objects.cend(); ++it) {
+        if (!stored.contains(it.key()))
+            stored.insert(it.key(), it.value());
+    }
+    setCurrent(stored);
 }
 
 void WorkerPropertyView::saved(unsigned int uid)
 {
-    // 0 is a failed save: the edits stay for the operator to fix and retry.
-    const auto it = m_pending.find(uid);
-    if (uid == 0 || it == m_pending.end())
+    // Replies come in the order the tasks went out, and a failure names no
+    // object: it answers the oldest save still out.
+    int at = m_pending.isEmpty() ? -1 : 0;
+    if (uid != 0) {
+        at = -1;
+        for (int i = 0; i < m_pending.size() && at < 0; ++i) {
+            if (m_pending.at(i).first == uid)
+                at = i;
+        }
+    }
+    if (at < 0) {
+        qDebug() << "worker view: reply for no outstanding save" << uid;
         return;
+    }
+    const QPair<unsigned int, QHash<QString, QString>> done = m_pending.takeAt(at);
+    if (uid == 0) {
+        // The edits stay for the operator to fix and retry.
+        m_saveFailed = true;
+        qDebug() << "worker view: save failed" << done.first;
+    } else {
+        keepSaved(done.first, done.second);
+    }
+    if (m_pending.isEmpty())
+        finishSaving();
+}
+
+// What a confirmed save wrote counts as stored from now on.
+void WorkerPropertyView::keepSaved(unsigned int uid, const QHash<QString, QString> &changes)
+{
     ObjectInfo object = m_objects.value(uid);
-    for (auto change = it->cbegin(); change != it->cend(); ++change) {
+    for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
         if (change.key() == db::worker::PHOTO || change.key() == db::worker::PHOTO_PREVIEW)
             continue;
         object.setParameter(change.key(), change.value());
     }
     m_objects.replace(uid, object);
-    m_pending.erase(it);
-    if (m_pending.isEmpty()) {
+}
+
+// Every reply is in. Only a save that fully succeeded clears the edits; a
+// failed one keeps them, so that Save sends again what did not arrive
+// (objects saved meanwhile compare equal and are not sent twice).
+void WorkerPropertyView::finishSaving()
+{
+    const bool failed = m_saveFailed;
+    m_saveFailed = false;
+    if (!failed) {
         m_edited.clear();
         for (QLineEdit *edit : {ui->leSurname, ui->leName, ui->lePatronymic, ui->leDocType, ui->leDocSeries,
                                 ui->leDocNumber, ui->leExtId})
             if (edit->placeholderText() == mixedText() && !edit->text().isEmpty())
                 edit->setPlaceholderText(QString());
         emit dataSaved();
+        emit showMessage(tr("Параметры сохранены"));
     }
-    emit showMessage(tr("Параметры сохранены"));
+    if (m_refreshOwed)
+        refreshFromStore();
 }
 
 void WorkerPropertyView::dataChanged(const QString &dataname, const QList<unsigned int> &uids)
@@ -633,26 +763,41 @@ void WorkerPropertyView::dataChanged(const QString &dataname, const QList<unsign
         m_refreshTimer->start();
 }
 
-void WorkerPropertyView::refreshFromStore()
+nivaro::NVHash<unsigned int, ObjectInfo> WorkerPropertyView::storedSelection() const
 {
-    if (!m_pending.isEmpty())
-        return; // our own saves are still coming back; saved() handles them
-    nivaro::LocalStorage *storage = nivaro::LocalStorage::instance();
+    const nivaro::LocalStorage *storage = nivaro::LocalStorage::instance();
     const QStringList datanames = {nivaro::SUBJECT_DATANAME, nivaro::SUBJECT_FIRED_DATANAME};
-    nivaro::NVHash<unsigned int, ObjectInfo> fresh;
-    fresh.reserve(m_uids.size());
+    nivaro::NVHash<unsigned int, ObjectInfo> stored;
+    stored.reserve(m_uids.size());
     for (unsigned int uid : qAsConst(m_uids)) {
         if (const ObjectInfo *object = storage->constObject(uid, datanames))
-            fresh.insert(uid, *object);
+            stored.insert(uid, *object);
     }
+    return stored;
+}
+
+void WorkerPropertyView::refreshFromStore()
+{
+    if (!m_pending.isEmpty()) {
+        // Our own saves are still coming back; refresh once they are in.
+        m_refreshOwed = true;
+        return;
+    }
+    m_refreshOwed = false;
+    const nivaro::NVHash<unsigned int, ObjectInfo> fresh = storedSelection();
     if (m_edited.isEmpty()) {
         setCurrent(fresh);
-    } else {
-        // The operator is typing: keep what is in the controls, but compare
-        // against the new stored values, so that only real changes are sent.
-        m_objects = fresh;
-        m_uids = fresh.uniqueKeys();
+        return;
     }
+    // The operator is typing: keep the edited controls, show the new stored
+    // values everywhere else and compare against them, so that only real
+    // changes are sent and nothing shown is older than the store.
+    m_objects = fresh;
+    m_uids = fresh.uniqueKeys();
+    m_loading = true;
+    showValues(m_edited);
+    m_loading = false;
+    refreshControlStates(m_objects);
 }
 
 void WorkerPropertyView::validated(bool ok)

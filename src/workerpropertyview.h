@@ -11,6 +11,7 @@
 #include <QSet>
 
 class INNValidator;
+class QLineEdit;
 class QTextDocument;
 class QTimer;
 
@@ -61,6 +62,7 @@ Q_SIGNALS:
 protected:
     // Opens the print preview of the sheet; tests replace it.
     virtual void openPrintPreview(QTextDocument *document);
+    void enableControls() override;
 
 private Q_SLOTS:
     void surnameEdited(const QString &text);
@@ -84,8 +86,19 @@ private:
     void initCitizenship();
     void edited(const QString &key);
     void updateSaveState();
-    void showValues();
-    void enableControls();
+    void setSaveBlock(const QString &reason);
+    bool uniformValue(const QString &key, QString *value) const;
+    void showValues(const QSet<QString> &keep = {});
+    void showText(QLineEdit *edit, const QString &key);
+    void showBirthday();
+    void markBirthday();
+    void showGender();
+    void showCitizenship();
+    void showPhoto();
+    void applyRestrictions();
+    void keepSaved(unsigned int uid, const QHash<QString, QString> &changes);
+    void finishSaving();
+    nivaro::NVHash<unsigned int, nivaro::ObjectInfo> storedSelection() const;
     bool photosDenied() const;
     // The edited controls' values by key, photos left out where they are banned.
     QHash<QString, QString> editedValues() const;
@@ -103,8 +116,12 @@ private:
     nivaro::NVHash<unsigned int, nivaro::ObjectInfo> m_objects;
     QList<unsigned int> m_uids;
     QSet<QString> m_edited;
-    // What each outstanding save task wrote, applied to m_objects on saved().
-    QHash<unsigned int, QHash<QString, QString>> m_pending;
+    // What each outstanding save task wrote, in the order the tasks went
+    // out; applied to m_objects on saved().
+    QList<QPair<unsigned int, QHash<QString, QString>>> m_pending;
+    bool m_saveFailed = false;  // a reply of the current save was a failure
+    bool m_refreshOwed = false; // the store changed while saves were out
+    QString m_saveBlock;        // why Save is off; empty while it is on
     QMap<QString, bool> m_restrictions;
     mutable QPixmap m_noPhotoPicture;
     mutable QPixmap m_banPicture;

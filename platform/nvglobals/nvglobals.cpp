@@ -8,10 +8,34 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include <algorithm>
+
+QString NVGlobals::withoutControlCharacters(const QString &text, bool keepLineBreaks)
+{
+    auto unwanted = [keepLineBreaks](QChar c) {
+        const ushort u = c.unicode();
+        if (u < 0x20 || (u >= 0x7F && u < 0xA0))
+            return !(keepLineBreaks && (u == '\n' || u == '\t'));
+        // The bidirectional formatting characters: one of them is enough to
+        // show a name backwards.
+        return u == 0x061C || u == 0x200E || u == 0x200F || (u >= 0x202A && u <= 0x202E)
+            || (u >= 0x2066 && u <= 0x2069);
+    };
+    if (std::none_of(text.cbegin(), text.cend(), unwanted))
+        return text;
+    QString clean;
+    clean.reserve(text.size());
+    for (const QChar c : text) {
+        if (!unwanted(c))
+            clean += c;
+    }
+    return clean;
+}
+
 QString NVGlobals::objectName(const nivaro::ObjectInfo &object)
 {
     if (object.typeName() != nivaro::OT_WORKER)
-        return object.parameter(db::common::NAME);
+        return withoutControlCharacters(object.parameter(db::common::NAME));
 
     QString name = object.parameter(db::worker::LAST_NAME).trimmed();
     for (const QString *key : {&db::worker::FIRST_NAME, &db::worker::MIDDLE_NAME}) {
@@ -22,7 +46,7 @@ QString NVGlobals::objectName(const nivaro::ObjectInfo &object)
             name += QLatin1Char(' ');
         name += part;
     }
-    return name;
+    return withoutControlCharacters(name);
 }
 
 namespace {

@@ -30,7 +30,8 @@ public:
     };
 
     // An employee's surname, first name and patronymic joined by spaces
-    // (empty parts left out); any other object's PT_NAME.
+    // (empty parts left out); any other object's PT_NAME. Without control
+    // characters, whatever the record holds.
     static QString objectName(const nivaro::ObjectInfo &object);
 
     /**
@@ -43,6 +44,11 @@ public:
     static quint64 cardId(const QString &text, int format);
     // The inverse: the full number as a person sees it in that format.
     static QString cardIdText(quint64 id, int format);
+
+    // The text without control characters (line breaks and tabs kept when
+    // asked) and without the bidirectional formatting characters, which
+    // can make a name read backwards. The same text when there are none.
+    static QString withoutControlCharacters(const QString &text, bool keepLineBreaks = false);
 
     // The untranslated name of a finger or hand index (context "NVGlobals").
     static QString fingerName(int finger);

@@ -9,6 +9,10 @@
  * A date edit that can be empty: its minimum date is its special value,
  * shown as the special-value text (empty by default, "(разные значения)"
  * for a mixed selection). clear() goes back to it; isEmpty() tells.
+ *
+ * An allowed range bounds what a user can enter. A date set from code
+ * outside it is still shown as it is (the range widens while it is shown),
+ * so that stored data never looks altered; isOutsideAllowedRange() tells.
  */
 class NVWIDGETS_EXPORT NVDateEdit : public QDateEdit
 {
@@ -22,8 +26,18 @@ public:
     // The date, or an invalid one while the edit is empty.
     QDate dateOrNull() const;
 
+    // The first and last date a user may enter; clears the edit.
+    void setAllowedRange(const QDate &first, const QDate &last);
+    bool isOutsideAllowedRange() const;
+
 public Q_SLOTS:
     void clear() override;
+
+private:
+    void setBounds(const QDate &first, const QDate &last);
+
+    QDate m_first;
+    QDate m_last;
 };
 
 #endif

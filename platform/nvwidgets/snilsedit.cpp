@@ -22,7 +22,31 @@ SnilsEdit::SnilsEdit(QWidget *parent)
     : QLineEdit(parent)
 {
     setInputMask(Mask);
-    connect(this, &QLineEdit::textChanged, this, [this] { emit snilsChanged(snils()); });
+    connect(this, &QLineEdit::textChanged, this, [this] {
+        updateMark();
+        emit snilsChanged(snils());
+    });
+}
+
+void SnilsEdit::updateMark()
+{
+    const QString digits = snils();
+    QString problem;
+    if (digits.size() == 11 && !isValidSnils(digits))
+        problem = tr("Неверный СНИЛС: контрольное число не совпадает");
+    else if (!digits.isEmpty() && digits.size() < 11 && !hasFocus())
+        problem = tr("Неполный СНИЛС: нужно 11 цифр");
+    if (problem == m_problem)
+        return;
+    m_problem = problem;
+    setStyleSheet(problem.isEmpty() ? QString() : QStringLiteral("color: #b00020;"));
+    setToolTip(problem);
+}
+
+void SnilsEdit::focusOutEvent(QFocusEvent *event)
+{
+    QLineEdit::focusOutEvent(event);
+    updateMark();
 }
 
 QString SnilsEdit::snils() const
@@ -36,6 +60,7 @@ void SnilsEdit::showPlaceholder(const QString &text)
     setInputMask(QString());
     clear();
     setPlaceholderText(text);
+    updateMark();
 }
 
 void SnilsEdit::restoreMask()
@@ -51,6 +76,7 @@ void SnilsEdit::focusInEvent(QFocusEvent *event)
 {
     restoreMask();
     QLineEdit::focusInEvent(event);
+    updateMark();
 }
 
 void SnilsEdit::setSnils(const QString &snils)

@@ -29,14 +29,23 @@ public:
     // lifted until the user starts typing or a number is set.
     void showPlaceholder(const QString &text);
 
+    // A number that cannot be right (a wrong check sum, or too few digits
+    // once the user has left the field) is marked red with a tooltip that
+    // says why. Only a mark: the number stays the user's to keep.
+    bool isMarkedInvalid() const { return !m_problem.isEmpty(); }
+
 protected:
     void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
 
 Q_SIGNALS:
     void snilsChanged(const QString &snils);
 
 private:
     void restoreMask();
+    void updateMark();
+
+    QString m_problem;
 };
 
 #endif

@@ -137,7 +137,9 @@ void TestNVDialogsUtils::disableChildrenIfFired()
     auto *date = new QDateEdit;
     auto *text = new QPlainTextEdit;
     auto *check = new QCheckBox;
-    for (QWidget *w : QList<QWidget *>{label, edit, combo, date, text, check})
+    auto *restricted = new QLineEdit;
+    restricted->setEnabled(false); // the form's own rule, e.g. the operator's rights
+    for (QWidget *w : QList<QWidget *>{label, edit, combo, date, text, check, restricted})
         inner->addWidget(w);
     layout->addWidget(group);
 
@@ -150,6 +152,12 @@ void TestNVDialogsUtils::disableChildrenIfFired()
     // It never gives back what was taken: the view re-enables on a new selection.
     NVDialogsUtils::DisableChildrenIfFired({}, &form);
     QCOMPARE(edit->isEnabled(), !locked);
+
+    // Giving back restores exactly what it took, inner widgets included,
+    // and leaves what the form disabled itself.
+    NVDialogsUtils::EnableChildrenDisabledIfFired(&form);
+    for (QWidget *w : form.findChildren<QWidget *>())
+        QCOMPARE(w->isEnabled(), w != restricted);
 }
 
 void TestNVDialogsUtils::employeesNameByParameters_data()

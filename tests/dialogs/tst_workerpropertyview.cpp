@@ -12,12 +12,15 @@
 #include <photowidget.h>
 #include <snilsedit.h>
 
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QLabel>
+#include <QRandomGenerator>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTextDocument>
+#include <QToolTip>
 #include <QtTest>
 
 using namespace nivaro;
@@ -49,6 +52,43 @@ NVHash<unsigned int, ObjectInfo> selectionOf(const QList<ObjectInfo> &objects)
     for (const ObjectInfo &o : objects)
         selection.insert(o.uid(), o);
     return selection;
+}
+
+// What a person can see and use of every widget in the view, inner ones
+// included, one line per widget in a fixed order.
+QStringList controlStates(QWidget *view)
+{
+    QStringList states;
+    const QList<QWidget *> widgets = view->findChildren<QWidget *>();
+    for (QWidget *w : widgets) {
+        QString line = QLatin1String(w->metaObject()->className()) + QLatin1Char(' ') + w->objectName();
+        line += w->isEnabled() ? QLatin1String(" enabled") : QLatin1String(" disabled");
+        for (const char *property : {"readOnly", "text", "placeholderText", "currentText", "plainText", "count",
+                                     "toolTip", "styleSheet", "specialValueText"}) {
+            const QVariant value = w->property(property);
+            if (value.isValid())
+                line += QLatin1Char(' ') + QLatin1String(property) + QLatin1Char('=') + value.toString();
+        }
+        states << line;
+    }
+    return states;
+}
+
+// Answers the view's save tasks as the server would: applies the changes
+// to the store, then replies; or fails without touching anything.
+void answer(WorkerPropertyView *view, const TaskInfo &task, bool ok)
+{
+    if (!ok) {
+        view->saved(0);
+        return;
+    }
+    ObjectInfo object = LocalStorage::instance()->object(task.uid);
+    for (auto it = task.params.cbegin(); it != task.params.cend(); ++it) {
+        if (it.key().startsWith(QLatin1String("property-")))
+            object.setParameter(it.key().mid(9), it.value().toString());
+    }
+    QVERIFY(LocalStorage::instance()->putObjects(SUBJECT_DATANAME, {object}));
+    view->saved(task.uid);
 }
 
 // Records the print preview instead of opening a modal dialog.
@@ -83,8 +123,17 @@ private Q_SLOTS:
     void saveEnabling();
     void personalDataRestrictions();
     void dismissedEmployeeLocksControls();
+    void controlStatesDependOnlyOnTheLastSelection();
     void savedUpdatesStoredValues();
     void failedSaveKeepsEdits();
+    void repliesOfSeveralSaves_data();
+    void repliesOfSeveralSaves();
+    void storeChangesShowWhileEditing();
+    void clearedPhotoIsSent();
+    void inputIsCleanedAndBounded_data();
+    void inputIsCleanedAndBounded();
+    void storedBirthdayOutsideBoundsIsShownMarked();
+    void invalidSnilsIsMarkedNotBlocked();
     void unreadableValuesShowEmpty();
     void printSheet();
 
@@ -341,11 +390,23 @@ void TestWorkerPropertyView::saveEnabling()
     QFETCH(bool, enabled);
     m_view->setCurrent(selectionOf({employee(1)}));
     QSignalSpy spy(m_view, &PropertyBaseWidget::enableSave);
+    QSignalSpy critical(m_view, &PropertyBaseWidget::showCriticalMessage);
+    QSignalSpy messages(m_view, &PropertyBaseWidget::showMessage);
     child<QLineEdit>("leInn")->setText(inn);
     child<QLineEdit>("leSurname")->setText(surname);
     QVERIFY(!spy.isEmpty());
     QCOMPARE(spy.last().at(0).toString(), QStringLiteral("WorkerPropertyView"));
     QCOMPARE(spy.last().at(1).toBool(), enabled);
+    // The message line says why Save is off, and no longer once it is on.
+    if (!enabled) {
+        QVERIFY(!critical.isEmpty());
+        QVERIFY(critical.last().at(0).toString().startsWith(QStringLiteral("Сохранение невозможно")));
+        child<QLineEdit>("leSurname")->setText(QStringLiteral("Иванов"));
+        child<QLineEdit>("leInn")->clear();
+        QCOMPARE(spy.last().at(1).toBool(), true);
+        QVERIFY(!messages.isEmpty());
+        QCOMPARE(messages.last().at(0).toString(), QString());
+    }
 }
 
 void TestWorkerPropertyView::personalDataRestrictions()
@@ -375,6 +436,90 @@ void TestWorkerPropertyView::dismissedEmployeeLocksControls()
     QVERIFY(child<QPushButton>("pbPrint")->isEnabled());
 }
 
+// Whatever a view showed before (dismissed employees, several, none, other
+// rights, read-only mode, failed and successful saves, Cancel, changes by
+// another client), it must look and behave as a new view given the same
+// selection. Clicks into the birth date must never change it.
+void TestWorkerPropertyView::controlStatesDependOnlyOnTheLastSelection()
+{
+    using namespace db::database::json;
+    LocalStorage *store = LocalStorage::instance();
+    QList<ObjectInfo> pool;
+    for (TYPE_ID uid = 1; uid <= 6; ++uid)
+        pool << employee(uid, uid > 4 ? QHash<QString, QString>{{db::common::OBJECTSTATE, uid == 5 ? QStringLiteral("d") : QStringLiteral("D")}}
+                                      : QHash<QString, QString>{{db::worker::CITIZENSHIP_CODE, QString::number(100 + uid)}});
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, pool));
+    const QStringList restrictionNames = {PERSONAL_GENERAL_NAME, PERSONAL_GENERAL_SEX, PERSONAL_GENERAL_BIRTHDATE,
+                                          PERSONAL_DOCUMENT_INN, PERSONAL_DOCUMENT_SNILS};
+    QRandomGenerator random(20261123);
+    QMap<QString, bool> restrictions;
+    bool readOnly = false;
+    for (int run = 0; run < 25; ++run) {
+        for (int step = 0; step < 14; ++step) {
+            switch (random.bounded(7)) {
+            case 0: {
+                NVHash<unsigned int, ObjectInfo> selection;
+                for (int n = random.bounded(4); n > 0; --n) {
+                    const TYPE_ID uid = TYPE_ID(random.bounded(1, 7));
+                    if (!selection.contains(uid))
+                        selection.insert(uid, store->object(uid));
+                }
+                m_view->setCurrent(selection);
+                TestableView fresh;
+                fresh.setReadOnly(readOnly);
+                fresh.enablePersonalDataFields(restrictions);
+                fresh.setCurrent(selection);
+                QCOMPARE(controlStates(m_view), controlStates(&fresh));
+                break;
+            }
+            case 1:
+                readOnly = random.bounded(2) == 0;
+                m_view->setReadOnly(readOnly);
+                break;
+            case 2:
+                restrictions.clear();
+                for (const QString &name : restrictionNames)
+                    restrictions.insert(name, random.bounded(2) == 0);
+                m_view->enablePersonalDataFields(restrictions);
+                break;
+            case 3: {
+                child<QLineEdit>("lePatronymic")->setText(QStringLiteral("Отчество%1").arg(step));
+                auto *birthday = child<NVDateEdit>("deBirthday");
+                QTest::mouseClick(birthday->findChild<QLineEdit *>(), Qt::LeftButton, {}, QPoint(8, 8));
+                emit birthday->editingFinished();
+                const QList<TaskInfo> tasks = applyAndCollect();
+                for (const TaskInfo &task : tasks)
+                    answer(m_view, task, random.bounded(3) != 0);
+                break;
+            }
+            case 4:
+                m_view->rejectChanges();
+                break;
+            case 5: {
+                // Another client renames someone, or dismisses or rehires them.
+                ObjectInfo other = store->object(TYPE_ID(random.bounded(1, 7)));
+                if (random.bounded(2))
+                    other.setParameter(db::worker::FIRST_NAME, QStringLiteral("Имя%1").arg(step));
+                else
+                    other.setParameter(db::common::OBJECTSTATE, other.parameter(db::common::OBJECTSTATE).isEmpty()
+                                                                    ? QStringLiteral("d") : QString());
+                QVERIFY(store->putObjects(SUBJECT_DATANAME, {other}));
+                QTest::qWait(1);
+                break;
+            }
+            default:
+                m_view->setCurrent({});
+                break;
+            }
+        }
+    }
+    // Nothing ever edited the birth dates or the citizenships.
+    for (TYPE_ID uid = 1; uid <= 6; ++uid) {
+        QCOMPARE(store->object(uid).parameter(db::worker::BIRTHDAY), QStringLiteral("1980-02-29"));
+        QCOMPARE(store->object(uid).parameter(db::worker::CITIZENSHIP_CODE), pool.at(int(uid) - 1).parameter(db::worker::CITIZENSHIP_CODE));
+    }
+}
+
 void TestWorkerPropertyView::savedUpdatesStoredValues()
 {
     m_view->setCurrent(selectionOf({employee(1)}));
@@ -396,6 +541,177 @@ void TestWorkerPropertyView::failedSaveKeepsEdits()
     m_view->saved(0);
     QCOMPARE(child<QLineEdit>("leSurname")->text(), QStringLiteral("Сидоров"));
     QCOMPARE(applyAndCollect().size(), 1);
+}
+
+void TestWorkerPropertyView::repliesOfSeveralSaves_data()
+{
+    QTest::addColumn<QList<bool>>("replies");
+    QTest::newRow("all saved") << QList<bool>{true, true, true};
+    QTest::newRow("first failed") << QList<bool>{false, true, true};
+    QTest::newRow("last failed") << QList<bool>{true, true, false};
+    QTest::newRow("one of one failed") << QList<bool>{false};
+}
+
+// The view hears of the end of a save only once every reply is in; a
+// failure keeps the edits for the objects it concerns and never keeps the
+// view from following the store afterwards.
+void TestWorkerPropertyView::repliesOfSeveralSaves()
+{
+    QFETCH(QList<bool>, replies);
+    QList<ObjectInfo> objects;
+    for (int i = 0; i < replies.size(); ++i)
+        objects << employee(TYPE_ID(i + 1));
+    QVERIFY(LocalStorage::instance()->putObjects(SUBJECT_DATANAME, objects));
+    m_view->setCurrent(selectionOf(objects));
+    child<QLineEdit>("leDocNumber")->setText(QStringLiteral("777"));
+    const QList<TaskInfo> tasks = applyAndCollect();
+    QCOMPARE(tasks.size(), replies.size());
+
+    QSignalSpy saved(m_view, &PropertyBaseWidget::dataSaved);
+    QSignalSpy messages(m_view, &PropertyBaseWidget::showMessage);
+    QSet<TYPE_ID> failed;
+    for (int i = 0; i < tasks.size(); ++i) {
+        QCOMPARE(saved.size(), 0);
+        if (!replies.at(i))
+            failed.insert(tasks.at(i).uid);
+        answer(m_view, tasks.at(i), replies.at(i));
+    }
+    const bool allSaved = !replies.contains(false);
+    QCOMPARE(saved.size(), allSaved ? 1 : 0);
+    QCOMPARE(messages.size(), allSaved ? 1 : 0);
+
+    // Save again: only what failed is sent.
+    const QList<TaskInfo> retry = applyAndCollect();
+    QCOMPARE(retry.size(), failed.size());
+    for (const TaskInfo &task : retry)
+        QVERIFY(failed.contains(task.uid));
+
+    // Another client's change shows at once, the edits kept; after Cancel
+    // the stored values show everywhere.
+    for (const TaskInfo &task : retry)
+        answer(m_view, task, false);
+    for (const ObjectInfo &o : objects) {
+        ObjectInfo updated = LocalStorage::instance()->object(o.uid());
+        updated.setParameter(db::worker::DOC_TYPE, QStringLiteral("Паспорт"));
+        QVERIFY(LocalStorage::instance()->putObjects(SUBJECT_DATANAME, {updated}));
+    }
+    QTRY_COMPARE(child<QLineEdit>("leDocType")->text(), QStringLiteral("Паспорт"));
+    QCOMPARE(child<QLineEdit>("leDocNumber")->text(), QStringLiteral("777"));
+    m_view->rejectChanges();
+    QCOMPARE(child<QLineEdit>("leDocNumber")->text(), failed.isEmpty() ? QStringLiteral("777") : QString());
+}
+
+void TestWorkerPropertyView::storeChangesShowWhileEditing()
+{
+    LocalStorage *store = LocalStorage::instance();
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {employee(1)}));
+    m_view->setCurrent(selectionOf({employee(1)}));
+    child<QLineEdit>("leSurname")->setText(QStringLiteral("Сидоров"));
+
+    ObjectInfo other = store->object(1);
+    other.setParameter(db::worker::MIDDLE_NAME, QStringLiteral("Петрович"));
+    other.setParameter(db::worker::SNILS, QStringLiteral("11223344595"));
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {other}));
+    QTRY_COMPARE(child<QLineEdit>("lePatronymic")->text(), QStringLiteral("Петрович"));
+    QCOMPARE(child<QLineEdit>("leSurname")->text(), QStringLiteral("Сидоров"));
+
+    // Typing the value another client just stored is no change any more.
+    child<QLineEdit>("lePatronymic")->setText(QStringLiteral("Петрович"));
+    const QList<TaskInfo> tasks = applyAndCollect();
+    QCOMPARE(tasks.size(), 1);
+    QCOMPARE(tasks.at(0).params.value(QStringLiteral("property-PT_SURNAME")).toString(), QStringLiteral("Сидоров"));
+    QVERIFY(!tasks.at(0).params.contains(QStringLiteral("property-PT_PATRONYMIC")));
+}
+
+void TestWorkerPropertyView::clearedPhotoIsSent()
+{
+    QImage stored(40, 50, QImage::Format_RGB32);
+    stored.fill(Qt::green);
+    QVERIFY(LocalStorage::instance()->putObjects(SUBJECT_DATANAME, {employee(1)}));
+    QVERIFY(LocalStorage::instance()->setBlob(1, db::worker::PHOTO, NVGuiGlobals::imageToDB(stored, 90).toHex()));
+    m_view->setCurrent(selectionOf({employee(1)}));
+    auto *photo = child<PhotoWidget>("photoWidget");
+    QVERIFY(photo->hasPhoto());
+    photo->clearPhoto();
+    const QList<TaskInfo> tasks = applyAndCollect();
+    QCOMPARE(tasks.size(), 1);
+    for (const char *key : {"property-PT_PHOTO", "property-PT_PHOTO_PREVIEW"}) {
+        QVERIFY2(tasks.at(0).params.contains(QLatin1String(key)), key);
+        QCOMPARE(tasks.at(0).params.value(QLatin1String(key)).toString(), QString());
+    }
+}
+
+void TestWorkerPropertyView::inputIsCleanedAndBounded_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("written");
+    const QString longName(100000, QLatin1Char('a'));
+    QTest::newRow("bidi override") << "leSurname" << QStringLiteral("Пет\u202Eвор") << db::worker::LAST_NAME
+                                   << QStringLiteral("Петвор");
+    QTest::newRow("isolate and mark") << "leName" << QStringLiteral("\u2067Петр\u200F") << db::worker::FIRST_NAME
+                                      << QStringLiteral("Петр");
+    QTest::newRow("control characters") << "lePatronymic" << QStringLiteral("Пет\x01рович\t") << db::worker::MIDDLE_NAME
+                                        << QStringLiteral("Петрович");
+    QTest::newRow("name too long") << "leSurname" << longName << db::worker::LAST_NAME << longName.left(100);
+    QTest::newRow("document number too long") << "leDocNumber" << longName << db::worker::DOC_NUMBER << longName.left(50);
+    QTest::newRow("description keeps lines") << "teDescription" << QStringLiteral("строка 1\nстрока\u202E 2\x7F")
+                                             << db::worker::DESCRIPTION << QStringLiteral("строка 1\nстрока 2");
+    QTest::newRow("description too long") << "teDescription" << longName << db::worker::DESCRIPTION << longName.left(4000);
+}
+
+void TestWorkerPropertyView::inputIsCleanedAndBounded()
+{
+    QFETCH(QString, field);
+    QFETCH(QString, typed);
+    QFETCH(QString, key);
+    QFETCH(QString, written);
+    m_view->setCurrent(selectionOf({employee(1)}));
+    QWidget *w = m_view->findChild<QWidget *>(field);
+    if (auto *edit = qobject_cast<QLineEdit *>(w)) {
+        edit->selectAll();
+        edit->insert(typed); // what typing or pasting does
+    } else {
+        qobject_cast<QPlainTextEdit *>(w)->setPlainText(typed);
+        QToolTip::hideText();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    const QList<TaskInfo> tasks = applyAndCollect();
+    QCOMPARE(tasks.size(), 1);
+    QCOMPARE(tasks.at(0).params.value(QStringLiteral("property-") + key).toString(), written);
+}
+
+void TestWorkerPropertyView::storedBirthdayOutsideBoundsIsShownMarked()
+{
+    auto *birthday = child<NVDateEdit>("deBirthday");
+    m_view->setCurrent(selectionOf({employee(1, {{db::worker::BIRTHDAY, QStringLiteral("2099-05-01")}})}));
+    QCOMPARE(birthday->text(), QStringLiteral("01.05.2099"));
+    QVERIFY(!birthday->toolTip().isEmpty());
+    QVERIFY(applyAndCollect().isEmpty());
+
+    // What the operator enters is bounded: not in the future, not before 1900.
+    m_view->setCurrent(selectionOf({employee(1)}));
+    QVERIFY(birthday->toolTip().isEmpty());
+    birthday->setDate(QDate(2099, 5, 1));
+    QCOMPARE(birthday->date(), QDate::currentDate());
+    birthday->setDate(QDate(1850, 5, 1));
+    QVERIFY(birthday->isEmpty() || birthday->date() >= QDate(1900, 1, 1));
+}
+
+void TestWorkerPropertyView::invalidSnilsIsMarkedNotBlocked()
+{
+    m_view->setCurrent(selectionOf({employee(1)}));
+    auto *snils = child<SnilsEdit>("leSnils");
+    QVERIFY(!snils->isMarkedInvalid());
+    QSignalSpy enable(m_view, &PropertyBaseWidget::enableSave);
+    snils->setSnils(QStringLiteral("11223344596"));
+    QVERIFY(snils->isMarkedInvalid());
+    QVERIFY(!snils->toolTip().isEmpty());
+    QVERIFY(enable.isEmpty() || enable.last().at(1).toBool());
+    QCOMPARE(applyAndCollect().size(), 1);
+    snils->setSnils(QStringLiteral("11223344595"));
+    QVERIFY(!snils->isMarkedInvalid());
 }
 
 void TestWorkerPropertyView::unreadableValuesShowEmpty()

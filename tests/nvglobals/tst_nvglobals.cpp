@@ -38,6 +38,11 @@ void TestNVGlobals::objectName_data()
                                                                       {db::worker::LAST_NAME, QStringLiteral("x")}})
                                 << QStringLiteral("Бухгалтерия");
     QTest::newRow("invalid record") << ObjectInfo() << QString();
+    // A stored name must not read backwards or break a line where it is shown.
+    QTest::newRow("bidi override and control characters")
+        << ObjectInfo(1, nivaro::OT_WORKER, {{db::worker::LAST_NAME, QStringLiteral("\u202EвонавИ\u202C")},
+                                             {db::worker::FIRST_NAME, QStringLiteral("Ив\nан\u2066")}})
+        << QStringLiteral("вонавИ Иван");
 }
 
 void TestNVGlobals::objectName()

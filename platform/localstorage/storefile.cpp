@@ -213,6 +213,7 @@ bool StoreFile::openReadOnly(const QString &fileName, QString *error)
         *error = why;
         return false;
     }
+    qDebug() << "store: reading as an immutable file" << fileName;
     m_immutable = true;
     return openConnection(fileName, true, true, error) && checkMeta(m_db, error);
 }

@@ -100,7 +100,8 @@ private Q_SLOTS:
     void writeFailuresAreExplained();
     void removalTakesBlobsAndCalendars_data();
     void removalTakesBlobsAndCalendars();
-    void versionOneFileIsMigrated();
+    void versionOneFile_data();
+    void versionOneFile();
     void cardIsValidThroughItsLastDay_data();
     void cardIsValidThroughItsLastDay();
     void storeLeftOpenClosesWithTheApplication(); // keep last
@@ -456,9 +457,19 @@ void TestLocalStorage::removalTakesBlobsAndCalendars()
 }
 
 // A file of the previous format gains the change log when opened writable
-// and keeps its contents.
-void TestLocalStorage::versionOneFileIsMigrated()
+// and keeps its contents; one that cannot be written is read as it is.
+void TestLocalStorage::versionOneFile_data()
 {
+    QTest::addColumn<bool>("readOnly");
+    QTest::addColumn<int>("versionAfter");
+    QTest::newRow("writable: migrated") << false << 2;
+    QTest::newRow("read only: left alone") << true << 1;
+}
+
+void TestLocalStorage::versionOneFile()
+{
+    QFETCH(bool, readOnly);
+    QFETCH(int, versionAfter);
     QString error;
     QVERIFY2(store->open(path(), &error), qPrintable(error));
     QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
@@ -466,14 +477,33 @@ void TestLocalStorage::versionOneFileIsMigrated()
     tamper(path(), {QStringLiteral("DROP TABLE changes"), QStringLiteral("DELETE FROM meta WHERE key = 'changes_horizon'"),
                     QStringLiteral("UPDATE meta SET value = '1' WHERE key = 'version'")});
 
+    {
+        QScopedPointer<AsNobody> nobody;
+        if (readOnly) {
+            AsNobody::setMode(m_dir->path(), 0777);
+            AsNobody::setMode(path(), 0444);
+            nobody.reset(new AsNobody);
+            if (!nobody->isActive())
+                QSKIP("needs to run as root to act as another user");
+        }
+        QVERIFY2(store->open(path(), &error), qPrintable(error));
+        QCOMPARE(store->isReadOnly(), readOnly);
+        QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Иванов"));
+        QCOMPARE(store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Петров")}}, &error), !readOnly);
+        store->close();
+    }
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("version"));
+        db.setDatabaseName(path());
+        QVERIFY(db.open());
+        QSqlQuery q(db);
+        QVERIFY(q.exec(QStringLiteral("SELECT value FROM meta WHERE key = 'version'")) && q.next());
+        QCOMPARE(q.value(0).toInt(), versionAfter);
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("version"));
     QVERIFY2(store->open(path(), &error), qPrintable(error));
-    QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Иванов"));
-    QVERIFY(store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Петров")}}, &error));
-    QSqlQuery q(connectionTo(path()));
-    QVERIFY(q.exec(QStringLiteral("SELECT value FROM meta WHERE key = 'version'")) && q.next());
-    QCOMPARE(q.value(0).toInt(), 2);
-    QVERIFY(q.exec(QStringLiteral("SELECT count(*) FROM changes WHERE id = 100")) && q.next());
-    QCOMPARE(q.value(0).toInt(), 1);
+    QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME),
+             readOnly ? QStringLiteral("Иванов") : QStringLiteral("Петров"));
 }
 
 void TestLocalStorage::cardIsValidThroughItsLastDay_data()

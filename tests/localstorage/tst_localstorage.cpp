@@ -68,6 +68,20 @@ void tamper(const QString &path, const QStringList &statements)
     QSqlDatabase::removeDatabase(QStringLiteral("tamper"));
 }
 
+int storedVersion(const QString &path)
+{
+    int version = -1;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("version"));
+        db.setDatabaseName(path);
+        QSqlQuery q(db);
+        if (db.open() && q.exec(QStringLiteral("SELECT value FROM meta WHERE key = 'version'")) && q.next())
+            version = q.value(0).toInt();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("version"));
+    return version;
+}
+
 // The store's own connection to a file, for what only SQLite can do to it.
 QSqlDatabase connectionTo(const QString &path)
 {
@@ -108,6 +122,14 @@ private Q_SLOTS:
 
 private:
     QString path() const { return m_dir->filePath(QStringLiteral("store.db")); }
+    // Hands the store to an unprivileged user, with these modes on its
+    // folder and file.
+    AsNobody *leaveToNobody(mode_t folderMode, mode_t fileMode) const
+    {
+        AsNobody::setMode(m_dir->path(), folderMode);
+        AsNobody::setMode(path(), fileMode);
+        return new AsNobody;
+    }
     LocalStorage *store = LocalStorage::instance();
     QScopedPointer<QTemporaryDir> m_dir;
 };
@@ -370,14 +392,10 @@ void TestLocalStorage::writeFailuresAreExplained()
     QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
     store->close();
 
-    QScopedPointer<AsNobody> nobody;
-    if (readOnly) {
-        AsNobody::setMode(m_dir->path(), kind == QLatin1String("file") ? 0777 : 0755);
-        AsNobody::setMode(path(), kind == QLatin1String("file") ? 0444 : 0666);
-        nobody.reset(new AsNobody);
-        if (!nobody->isActive())
-            QSKIP("needs to run as root to act as another user");
-    }
+    const bool file = kind == QLatin1String("file");
+    QScopedPointer<AsNobody> nobody(readOnly ? leaveToNobody(file ? 0777 : 0755, file ? 0444 : 0666) : nullptr);
+    if (nobody && !nobody->isActive())
+        QSKIP("needs to run as root to act as another user");
     QVERIFY2(store->open(path(), &error), qPrintable(error));
     QCOMPARE(store->isReadOnly(), readOnly);
     QCOMPARE(store->readOnlyReason(), readOnly ? reason : QString());
@@ -478,29 +496,16 @@ void TestLocalStorage::versionOneFile()
                     QStringLiteral("UPDATE meta SET value = '1' WHERE key = 'version'")});
 
     {
-        QScopedPointer<AsNobody> nobody;
-        if (readOnly) {
-            AsNobody::setMode(m_dir->path(), 0777);
-            AsNobody::setMode(path(), 0444);
-            nobody.reset(new AsNobody);
-            if (!nobody->isActive())
-                QSKIP("needs to run as root to act as another user");
-        }
+        QScopedPointer<AsNobody> nobody(readOnly ? leaveToNobody(0777, 0444) : nullptr);
+        if (nobody && !nobody->isActive())
+            QSKIP("needs to run as root to act as another user");
         QVERIFY2(store->open(path(), &error), qPrintable(error));
         QCOMPARE(store->isReadOnly(), readOnly);
         QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Иванов"));
         QCOMPARE(store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Петров")}}, &error), !readOnly);
         store->close();
     }
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("version"));
-        db.setDatabaseName(path());
-        QVERIFY(db.open());
-        QSqlQuery q(db);
-        QVERIFY(q.exec(QStringLiteral("SELECT value FROM meta WHERE key = 'version'")) && q.next());
-        QCOMPARE(q.value(0).toInt(), versionAfter);
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("version"));
+    QCOMPARE(storedVersion(path()), versionAfter);
     QVERIFY2(store->open(path(), &error), qPrintable(error));
     QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME),
              readOnly ? QStringLiteral("Иванов") : QStringLiteral("Петров"));

@@ -210,7 +210,9 @@ bool StoreFile::openReadOnly(const QString &fileName, QString *error)
     // A write-ahead log would be ignored by an immutable reader and its
     // commits lost from view: only a cleanly closed store is read so.
     if (QFileInfo::exists(fileName + QStringLiteral("-wal"))) {
-        *error = why;
+        qDebug() << "store: read-only open failed beside a write-ahead log" << why;
+        *error = tr("Нет прав на запись в папку хранилища, а другой клиент держит его открытым: "
+                    "прочитать его можно будет, когда он закроет хранилище");
         return false;
     }
     qDebug() << "store: reading as an immutable file" << fileName;

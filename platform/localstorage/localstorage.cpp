@@ -81,6 +81,7 @@ public:
     QHash<QString, TrieStatic<TYPE_ID>> indexes;
     ObjectTreeModel *tree = nullptr;
     QTimer *watch = nullptr;
+    bool watching = true;
     StoreFile file;
     const Collection empty{};
 
@@ -578,7 +579,7 @@ bool LocalStorage::open(const QString &fileName, QString *error)
     d->history = contents.scheduleHistory;
     d->absences = contents.absences;
     d->tree->reset(treeObjects);
-    if (d->file.canWatch())
+    if (d->file.canWatch() && d->watching)
         d->watch->start();
     return true;
 }
@@ -617,6 +618,20 @@ bool LocalStorage::isReadOnly() const
 QString LocalStorage::readOnlyReason() const
 {
     return d->file.readOnlyReason();
+}
+
+void LocalStorage::setWatching(bool on)
+{
+    d->watching = on;
+    if (on && d->file.canWatch())
+        d->watch->start();
+    else
+        d->watch->stop();
+}
+
+bool LocalStorage::isWatching() const
+{
+    return d->watching;
 }
 
 void LocalStorage::checkForChanges()

@@ -47,7 +47,9 @@ struct WorkerCalendar
  * saved changes nothing in memory either and reports why.
  *
  * GUI thread only, except that the const accessors may be read from one
- * background search while the GUI thread does not write.
+ * background search while the GUI thread does not write. Taking in other
+ * clients' writes is a write too: a host holds the watch back with
+ * setWatching(false) while such a search runs.
  */
 class LOCALSTORAGE_EXPORT LocalStorage : public QObject
 {
@@ -129,6 +131,11 @@ public:
     bool putWorkerCalendars(const QList<WorkerCalendar> &calendars, QString *error = nullptr);
     // A uid no object holds yet (the executor creates objects with it).
     TYPE_ID nextUid() const;
+
+    // Whether the timer looks for other clients' writes (on by default);
+    // what it missed meanwhile is taken in at the next look.
+    void setWatching(bool on);
+    bool isWatching() const;
 
 public Q_SLOTS:
     // Takes in what other clients of the file wrote since the last look.

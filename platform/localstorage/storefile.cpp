@@ -13,6 +13,8 @@
 #include <QSqlQuery>
 #include <QUrl>
 
+#include <iterator>
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -282,26 +284,42 @@ bool StoreFile::open(const QString &fileName, Contents *contents, QString *error
     return true;
 }
 
-bool StoreFile::createSchema(QString *error)
+// All of work or nothing, under the write lock.
+bool StoreFile::transact(const std::function<bool()> &work, QString *error)
 {
+    // IMMEDIATE takes the write lock first: two clients that both began by
+    // reading could otherwise deadlock when each tries to upgrade.
     if (!exec(QStringLiteral("BEGIN IMMEDIATE"), error))
         return false;
-    bool ok = true;
-    for (const char *sql : Schema)
-        ok = ok && exec(QString::fromLatin1(sql), error);
-    for (const char *sql : LogSchema)
-        ok = ok && exec(QString::fromLatin1(sql), error);
-    ok = ok
-        && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("application"), Application}, error)
-        && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("version"), FormatVersion}, error)
-        && exec(QStringLiteral("COMMIT"), error);
-    if (!ok) {
-        QString ignored;
-        exec(QStringLiteral("ROLLBACK"), &ignored);
-        return false;
+    if (work() && exec(QStringLiteral("COMMIT"), error))
+        return true;
+    // SQLite may have rolled back already (a full disk does): no need to
+    // report that this finds nothing to undo.
+    QSqlQuery(m_db).exec(QStringLiteral("ROLLBACK"));
+    return false;
+}
+
+bool StoreFile::runAll(const char *const *statements, std::size_t count, QString *error)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!exec(QString::fromLatin1(statements[i]), error))
+            return false;
     }
-    m_version = FormatVersion;
     return true;
+}
+
+bool StoreFile::createSchema(QString *error)
+{
+    const bool ok = transact(
+        [&] {
+            return runAll(Schema, std::size(Schema), error) && runAll(LogSchema, std::size(LogSchema), error)
+                && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("application"), Application}, error)
+                && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("version"), FormatVersion}, error);
+        },
+        error);
+    if (ok)
+        m_version = FormatVersion;
+    return ok;
 }
 
 // A version 1 file gains the change log; all or nothing, so an older
@@ -310,18 +328,14 @@ bool StoreFile::migrate(QString *error)
 {
     if (m_version >= FormatVersion)
         return true;
-    if (!exec(QStringLiteral("BEGIN IMMEDIATE"), error))
+    const bool ok = transact(
+        [&] {
+            return runAll(LogSchema, std::size(LogSchema), error)
+                && run(QStringLiteral("UPDATE meta SET value = ? WHERE key = 'version'"), {FormatVersion}, error);
+        },
+        error);
+    if (!ok)
         return false;
-    bool ok = true;
-    for (const char *sql : LogSchema)
-        ok = ok && exec(QString::fromLatin1(sql), error);
-    ok = ok && run(QStringLiteral("UPDATE meta SET value = ? WHERE key = 'version'"), {FormatVersion}, error)
-        && exec(QStringLiteral("COMMIT"), error);
-    if (!ok) {
-        QString ignored;
-        exec(QStringLiteral("ROLLBACK"), &ignored);
-        return false;
-    }
     qDebug() << "store: migrated" << m_version << "->" << FormatVersion;
     m_version = FormatVersion;
     return true;
@@ -333,13 +347,23 @@ bool StoreFile::load(Contents *contents, QString *error)
 {
     bool ok = true;
     m_dataVersion = scalar(QStringLiteral("PRAGMA data_version"), &ok);
+    return ok && snapshot(
+               [&] {
+                   if (m_hasLog)
+                       m_seenSeq = scalar(QStringLiteral("SELECT ifnull(max(seq), 0) FROM changes"), &ok);
+                   return ok && loadAll(contents, error);
+               },
+               error);
+}
+
+// Work that reads several tables sees them as of one moment, whatever
+// other clients commit meanwhile.
+bool StoreFile::snapshot(const std::function<bool()> &work, QString *error)
+{
     if (!exec(QStringLiteral("BEGIN"), error))
         return false;
-    if (m_hasLog)
-        m_seenSeq = scalar(QStringLiteral("SELECT ifnull(max(seq), 0) FROM changes"), &ok);
-    ok = ok && loadAll(contents, error);
-    QString ignored;
-    exec(QStringLiteral("COMMIT"), &ignored);
+    const bool ok = work();
+    QSqlQuery(m_db).exec(QStringLiteral("COMMIT")); // ends a read: nothing to lose
     return ok;
 }
 
@@ -550,27 +574,22 @@ bool StoreFile::write(const Batch &batch, QString *error)
     }
     if (!isOpen() || batch.isEmpty())
         return true; // a store without a file lives in memory only
-    // IMMEDIATE takes the write lock first: two clients that both began by
-    // reading could otherwise deadlock when each tries to upgrade.
-    if (!exec(QStringLiteral("BEGIN IMMEDIATE"), error))
-        return false;
     m_touched.clear();
     m_pendingSeq = 0;
-    bool ok = true;
-    for (const auto &step : batch.m_steps) {
-        if (!(ok = step(*this)))
-            break;
-    }
-    if (!ok)
-        *error = m_failure;
-    ok = ok && logTouched(error) && exec(QStringLiteral("COMMIT"), error);
-    if (!ok) {
-        exec(QStringLiteral("ROLLBACK"), &ignored);
-        return false;
-    }
-    if (m_pendingSeq)
+    const bool ok = transact(
+        [&] {
+            for (const auto &step : batch.m_steps) {
+                if (!step(*this)) {
+                    *error = m_failure;
+                    return false;
+                }
+            }
+            return logTouched(error);
+        },
+        error);
+    if (ok && m_pendingSeq)
         m_seenSeq = m_pendingSeq;
-    return true;
+    return ok;
 }
 
 bool StoreFile::readChanges(Changes *changes, QString *error)
@@ -581,28 +600,30 @@ bool StoreFile::readChanges(Changes *changes, QString *error)
     const qint64 version = scalar(QStringLiteral("PRAGMA data_version"), &ok);
     if (!ok || version == m_dataVersion)
         return ok;
-    if (!exec(QStringLiteral("BEGIN"), error))
-        return false;
-    m_dataVersion = version;
-    const qint64 horizon = scalar(QStringLiteral("SELECT value FROM meta WHERE key = 'changes_horizon'"), &ok);
     qint64 last = m_seenSeq;
-    if (ok && horizon > m_seenSeq) {
-        qDebug() << "store: change log passed us, reloading" << m_seenSeq << horizon;
-        changes->everything = true;
-        last = scalar(QStringLiteral("SELECT ifnull(max(seq), 0) FROM changes"), &ok);
-        ok = ok && loadAll(&changes->current, error);
-    } else if (ok) {
-        ok = select(QStringLiteral("SELECT seq, what, id FROM changes WHERE seq > ? ORDER BY seq"), {m_seenSeq},
-                    [&](const QSqlQuery &q) {
-                        last = q.value(0).toLongLong();
-                        return touch(q.value(1).toString(), q.value(2).toLongLong(), changes, error);
-                    },
-                    error);
-    }
-    QString ignored;
-    exec(QStringLiteral("COMMIT"), &ignored);
-    if (ok)
+    ok = snapshot(
+        [&] {
+            const qint64 horizon = scalar(QStringLiteral("SELECT value FROM meta WHERE key = 'changes_horizon'"), &ok);
+            if (ok && horizon > m_seenSeq) {
+                qDebug() << "store: change log passed us, reloading" << m_seenSeq << horizon;
+                changes->everything = true;
+                last = scalar(QStringLiteral("SELECT ifnull(max(seq), 0) FROM changes"), &ok);
+                return ok && loadAll(&changes->current, error);
+            }
+            return ok
+                && select(QStringLiteral("SELECT seq, what, id FROM changes WHERE seq > ? ORDER BY seq"), {m_seenSeq},
+                          [&](const QSqlQuery &q) {
+                              last = q.value(0).toLongLong();
+                              return touch(q.value(1).toString(), q.value(2).toLongLong(), changes, error);
+                          },
+                          error);
+        },
+        error);
+    // A failed look is repeated at the next tick rather than skipped.
+    if (ok) {
+        m_dataVersion = version;
         m_seenSeq = last;
+    }
     return ok;
 }
 

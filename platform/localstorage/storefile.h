@@ -121,6 +121,9 @@ private:
     bool openConnection(const QString &fileName, bool readOnly, bool immutable, QString *error);
     bool openReadOnly(const QString &fileName, QString *error);
     bool openWritable(const QString &fileName, bool fresh, QString *error);
+    bool transact(const std::function<bool()> &work, QString *error);
+    bool snapshot(const std::function<bool()> &work, QString *error);
+    bool runAll(const char *const *statements, std::size_t count, QString *error);
     bool createSchema(QString *error);
     bool migrate(QString *error);
     bool load(Contents *contents, QString *error);

@@ -262,7 +262,21 @@ public:
         for (auto it = n.removed.cbegin(); it != n.removed.cend(); ++it)
             emit q->dataRemoved(it.key(), it.value());
         for (auto it = n.changed.cbegin(); it != n.changed.cend(); ++it)
-            emit q->dataChanged(it.key(), it.value());
+            emit q->dataChanged(it.key(), once(it.value()));
+    }
+
+    // An object and its blobs may both have changed: one mention each.
+    static QList<unsigned int> once(const QList<unsigned int> &uids)
+    {
+        QList<unsigned int> out;
+        QSet<unsigned int> seen;
+        for (unsigned int uid : uids) {
+            if (!seen.contains(uid)) {
+                seen.insert(uid);
+                out.append(uid);
+            }
+        }
+        return out;
     }
 
     // Another client's changes: only what differs from memory is taken in

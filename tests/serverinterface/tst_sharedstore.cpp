@@ -76,7 +76,7 @@ private Q_SLOTS:
     void cleanup();
     void twoClientsSaveOneEmployee_data();
     void twoClientsSaveOneEmployee();
-    void removalReachesTheOtherClient();
+    void arrivalAndRemovalReachTheOtherClient();
     void clientBehindTheLogReloadsAll();
     void anotherProcessIsHeard();
 
@@ -149,16 +149,24 @@ void TestSharedStore::twoClientsSaveOneEmployee()
     QCOMPARE(reader.object(100), expected);
 }
 
-void TestSharedStore::removalReachesTheOtherClient()
+// A new employee with a photo arrives as one change, and leaves with it.
+void TestSharedStore::arrivalAndRemovalReachTheOtherClient()
 {
+    QSignalSpy changedA(a.data(), &LocalStorage::dataChanged);
     QSignalSpy removedA(a.data(), &LocalStorage::dataRemoved);
-    QVERIFY(b->setBlob(100, db::worker::PHOTO, "ffd8"));
-    QVERIFY(b->removeObjects({100}));
+    QVERIFY(b->putObjects(SUBJECT_DATANAME, {ObjectInfo(200, OT_WORKER, {{db::worker::LAST_NAME, QStringLiteral("Орлов")}})}));
+    QVERIFY(b->setBlob(200, db::worker::PHOTO, "ffd8"));
     a->checkForChanges();
-    QVERIFY(!a->constObject(100));
-    QVERIFY(a->blob(100, db::worker::PHOTO).isEmpty());
+    QCOMPARE(changedUids(changedA, SUBJECT_DATANAME), QList<unsigned int>{200});
+    QCOMPARE(a->blob(200, db::worker::PHOTO), QByteArray("ffd8"));
+
+    QVERIFY(b->removeObjects({200}));
+    a->checkForChanges();
+    QVERIFY(!a->constObject(200));
+    QVERIFY(a->blob(200, db::worker::PHOTO).isEmpty());
     QCOMPARE(removedA.size(), 1);
     QCOMPARE(removedA.at(0).at(0).toString(), SUBJECT_DATANAME);
+    QCOMPARE(changedA.size(), 1);
 }
 
 // So many writes that the log was cut short behind A: A reloads it all.

@@ -8,6 +8,7 @@
 #include <taskexecutor.h>
 
 #include <QProcess>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -77,6 +78,7 @@ private Q_SLOTS:
     void twoClientsSaveOneEmployee_data();
     void twoClientsSaveOneEmployee();
     void arrivalAndRemovalReachTheOtherClient();
+    void randomSavesConverge();
     void clientBehindTheLogReloadsAll();
     void anotherProcessIsHeard();
 
@@ -167,6 +169,52 @@ void TestSharedStore::arrivalAndRemovalReachTheOtherClient()
     QCOMPARE(removedA.size(), 1);
     QCOMPARE(removedA.at(0).at(0).toString(), SUBJECT_DATANAME);
     QCOMPARE(changedA.size(), 1);
+}
+
+// Saves of random fields from both clients, each looking for the other's
+// writes at random moments (or not): at the end every field, the photo and
+// the parent hold what the last save of them wrote, in both clients and in
+// the file.
+void TestSharedStore::randomSavesConverge()
+{
+    QRandomGenerator rng(20261123);
+    TaskExecutor executorA(a.data());
+    TaskExecutor executorB(b.data());
+    const QStringList keys = {db::worker::LAST_NAME, db::worker::FIRST_NAME, db::worker::MIDDLE_NAME,
+                              db::worker::DESCRIPTION, db::worker::PHOTO};
+    QHash<QString, QString> expected = {{db::worker::LAST_NAME, QStringLiteral("Иванов")},
+                                        {db::worker::FIRST_NAME, QStringLiteral("Иван")},
+                                        {db::worker::MIDDLE_NAME, QStringLiteral("Иванович")}};
+    TYPE_ID expectedParent = 20;
+    for (int i = 0; i < 80; ++i) {
+        const bool byA = rng.bounded(2) == 0;
+        LocalStorage *client = byA ? a.data() : b.data();
+        const QString key = keys.at(rng.bounded(keys.size()));
+        const QString value = rng.bounded(4) == 0 ? QString() : QString::number(1000 + i);
+        TaskInfo task = saveTask(100, {{key, value}});
+        // A view sends the parent it shows; now and then the operator moves the employee.
+        TYPE_ID parent = client->object(100).parent();
+        if (rng.bounded(5) == 0)
+            expectedParent = parent = 20 + rng.bounded(3u);
+        task.params.replace(QStringLiteral("parent"), parent);
+        QVERIFY(run(byA ? &executorA : &executorB, task));
+        expected.insert(key, value);
+        if (rng.bounded(3) == 0)
+            (rng.bounded(2) == 0 ? a : b)->checkForChanges();
+    }
+    a->checkForChanges();
+    b->checkForChanges();
+    LocalStorage reader;
+    QVERIFY(reader.open(path()));
+    for (LocalStorage *client : {a.data(), b.data(), &reader}) {
+        const ObjectInfo object = client->object(100);
+        for (const QString &key : keys) {
+            const QString stored = key == db::worker::PHOTO ? QString::fromLatin1(client->blob(100, key))
+                                                            : object.parameter(key);
+            QCOMPARE(stored, expected.value(key));
+        }
+        QCOMPARE(object.parent(), expectedParent);
+    }
 }
 
 // So many writes that the log was cut short behind A: A reloads it all.

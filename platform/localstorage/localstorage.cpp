@@ -11,6 +11,7 @@
 #include <QDate>
 #include <QDebug>
 #include <QRegularExpression>
+#include <QTimer>
 
 namespace nivaro {
 
@@ -79,6 +80,8 @@ public:
     QMultiHash<TYPE_ID, TYPE_ID> cardsByOwner;
     QHash<QString, TrieStatic<TYPE_ID>> indexes;
     ObjectTreeModel *tree = nullptr;
+    QTimer *watch = nullptr;
+    bool watching = true;
     StoreFile file;
     const Collection empty{};
 
@@ -179,6 +182,217 @@ public:
         }
         return previous != dataname ? previous : QString();
     }
+
+    // What a write or another client's changes did, announced once at the end.
+    struct Notices
+    {
+        QHash<QString, QList<unsigned int>> changed;
+        QHash<QString, QList<unsigned int>> removed;
+        QList<ObjectInfo> placed; // for the tree
+        QList<TYPE_ID> forgotten;
+    };
+
+    void absorb(const QString &dataname, const ObjectInfo &object, Notices *n)
+    {
+        const QString left = place(dataname, object);
+        if (!left.isEmpty())
+            n->removed[left].append(object.uid());
+        n->changed[dataname].append(object.uid());
+        n->placed.append(object);
+    }
+
+    // Drops an object, its blobs and calendars from memory.
+    void forget(TYPE_ID uid, Notices *n)
+    {
+        const QString name = datanameOf.take(uid);
+        if (name.isEmpty())
+            return;
+        const ObjectInfo object = collections[name].take(uid);
+        unindexObject(name, object);
+        if (name == CARD_DATANAME) {
+            const TYPE_ID owner = cardOwner(object);
+            cardsByOwner.remove(owner, uid);
+            reindexCardsOf(owner);
+        }
+        blobs.remove(uid);
+        personalSchedules.remove(uid);
+        history.remove(uid);
+        absences.remove(uid);
+        n->forgotten.append(uid);
+        n->removed[name].append(uid);
+    }
+
+    void keepBlob(TYPE_ID uid, const QString &key, const QByteArray &bytes)
+    {
+        if (!bytes.isEmpty()) {
+            blobs[uid].insert(key, bytes);
+            return;
+        }
+        auto it = blobs.find(uid);
+        if (it != blobs.end()) {
+            it->remove(key);
+            if (it->isEmpty())
+                blobs.erase(it);
+        }
+    }
+
+    void updateTree(const Notices &n)
+    {
+        for (TYPE_ID uid : n.forgotten)
+            tree->remove(uid);
+        if (n.placed.size() <= 1000) {
+            for (const ObjectInfo &object : n.placed)
+                tree->insertOrUpdate(object);
+            return;
+        }
+        // Bulk imports: one reset beats a row notification per object.
+        QList<ObjectInfo> all;
+        for (auto it = collections.cbegin(); it != collections.cend(); ++it) {
+            for (const ObjectInfo &o : it.value()) {
+                if (ObjectTreeModel::isTreeType(o.typeName()))
+                    all.append(o);
+            }
+        }
+        tree->reset(all);
+    }
+
+    void announce(LocalStorage *q, const Notices &n)
+    {
+        updateTree(n);
+        for (auto it = n.removed.cbegin(); it != n.removed.cend(); ++it)
+            emit q->dataRemoved(it.key(), it.value());
+        for (auto it = n.changed.cbegin(); it != n.changed.cend(); ++it)
+            emit q->dataChanged(it.key(), once(it.value()));
+    }
+
+    // An object and its blobs may both have changed: one mention each.
+    static QList<unsigned int> once(const QList<unsigned int> &uids)
+    {
+        QList<unsigned int> out;
+        QSet<unsigned int> seen;
+        for (unsigned int uid : uids) {
+            if (!seen.contains(uid)) {
+                seen.insert(uid);
+                out.append(uid);
+            }
+        }
+        return out;
+    }
+
+    // Another client's changes: only what differs from memory is taken in
+    // and announced, since our own writes come back through the log too.
+    void takeIn(const StoreFile::Changes &c, Notices *n)
+    {
+        QSet<TYPE_ID> objectIds = c.objects;
+        QSet<TYPE_ID> blobIds = c.blobs;
+        QSet<int> scheduleIds = c.schedules;
+        QSet<TYPE_ID> workers = c.calendars;
+        if (c.everything) {
+            const auto addKeys = [](auto *set, const auto &hash) {
+                for (auto it = hash.cbegin(); it != hash.cend(); ++it)
+                    set->insert(it.key());
+            };
+            addKeys(&objectIds, datanameOf);
+            for (auto it = c.current.objects.cbegin(); it != c.current.objects.cend(); ++it) {
+                for (const ObjectInfo &o : it.value())
+                    objectIds.insert(o.uid());
+            }
+            addKeys(&blobIds, blobs);
+            addKeys(&blobIds, c.current.blobs);
+            addKeys(&scheduleIds, schedules);
+            for (const SCHEDULE_DATA &s : c.current.schedules)
+                scheduleIds.insert(s.id);
+            addKeys(&workers, history);
+            addKeys(&workers, c.current.scheduleHistory);
+            addKeys(&workers, personalSchedules);
+            addKeys(&workers, c.current.personalSchedules);
+            addKeys(&workers, absences);
+            addKeys(&workers, c.current.absences);
+        }
+        takeInObjects(c.current, objectIds, n);
+        takeInBlobs(c.current, blobIds, n);
+        takeInSchedules(c.current, scheduleIds, n);
+        takeInCalendars(c.current, workers, n);
+    }
+
+    void takeInObjects(const StoreFile::Contents &current, const QSet<TYPE_ID> &uids, Notices *n)
+    {
+        QHash<TYPE_ID, QPair<QString, ObjectInfo>> stored;
+        for (auto it = current.objects.cbegin(); it != current.objects.cend(); ++it) {
+            for (const ObjectInfo &o : it.value())
+                stored.insert(o.uid(), qMakePair(home(it.key(), o), o));
+        }
+        for (TYPE_ID uid : uids) {
+            const auto it = stored.constFind(uid);
+            if (it == stored.cend()) {
+                forget(uid, n);
+                continue;
+            }
+            const auto mine = collections.constFind(it->first);
+            if (mine != collections.cend() && mine->contains(uid) && mine->value(uid) == it->second)
+                continue;
+            absorb(it->first, it->second, n);
+        }
+    }
+
+    void takeInBlobs(const StoreFile::Contents &current, const QSet<TYPE_ID> &uids, Notices *n)
+    {
+        for (TYPE_ID uid : uids) {
+            const QHash<QString, QByteArray> stored = current.blobs.value(uid);
+            if (blobs.value(uid) == stored)
+                continue;
+            if (stored.isEmpty())
+                blobs.remove(uid);
+            else
+                blobs.insert(uid, stored);
+            const QString name = datanameOf.value(uid);
+            if (!name.isEmpty())
+                n->changed[name].append(uid);
+        }
+    }
+
+    void takeInSchedules(const StoreFile::Contents &current, const QSet<int> &ids, Notices *n)
+    {
+        QHash<int, SCHEDULE_DATA> stored;
+        for (const SCHEDULE_DATA &s : current.schedules)
+            stored.insert(s.id, s);
+        for (int id : ids) {
+            const auto it = stored.constFind(id);
+            const bool known = schedules.contains(id);
+            if (it == stored.cend() ? !known : known && schedules.value(id) == *it)
+                continue;
+            if (it == stored.cend())
+                schedules.remove(id);
+            else
+                schedules.replace(id, *it);
+            n->changed[SCHEDULE_DATANAME].append(unsigned(id));
+        }
+    }
+
+    void takeInCalendars(const StoreFile::Contents &current, const QSet<TYPE_ID> &workers, Notices *n)
+    {
+        for (TYPE_ID worker : workers) {
+            const QList<SCHEDULE_DATA> personal = current.personalSchedules.value(worker);
+            NVHash<int, SCHEDULE_DATA> byId;
+            for (const SCHEDULE_DATA &s : personal)
+                byId.replace(s.id, s);
+            if (personalSchedules.value(worker) != byId) {
+                keepPersonalSchedules(worker, personal);
+                n->changed[SCHEDULE_DATANAME].append(worker);
+            }
+            const QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> records = current.scheduleHistory.value(worker);
+            if (history.value(worker) != records) {
+                keepScheduleHistory(worker, records);
+                n->changed[WORKER_HISTORY_DATANAME].append(worker);
+            }
+            _WORKER_ABSENCE_REASON reasons = current.absences.value(worker);
+            reasons.worker = worker;
+            if (absences.value(worker).records != reasons.records) {
+                keepAbsences(reasons);
+                n->changed[REASON_DATANAME].append(worker);
+            }
+        }
+    }
 };
 
 namespace {
@@ -201,10 +415,16 @@ LocalStorage *LocalStorage::instance()
     return storage;
 }
 
-LocalStorage::LocalStorage()
-    : d(new LocalStoragePrivate)
+LocalStorage::LocalStorage(QObject *parent)
+    : QObject(parent)
+    , d(new LocalStoragePrivate)
 {
     d->tree = new ObjectTreeModel(this);
+    d->watch = new QTimer(this);
+    // A quarter second: another operator's edit shows up before anyone
+    // could act on the old value, and the check costs one pragma.
+    d->watch->setInterval(250);
+    connect(d->watch, &QTimer::timeout, this, &LocalStorage::checkForChanges);
 }
 
 LocalStorage::~LocalStorage() = default;
@@ -373,11 +593,14 @@ bool LocalStorage::open(const QString &fileName, QString *error)
     d->history = contents.scheduleHistory;
     d->absences = contents.absences;
     d->tree->reset(treeObjects);
+    if (d->file.canWatch() && d->watching)
+        d->watch->start();
     return true;
 }
 
 void LocalStorage::close()
 {
+    d->watch->stop();
     d->file.close();
     d->collections.clear();
     d->datanameOf.clear();
@@ -403,12 +626,41 @@ QString LocalStorage::fileName() const
 
 bool LocalStorage::isReadOnly() const
 {
-    return false;
+    return d->file.isReadOnly();
 }
 
 QString LocalStorage::readOnlyReason() const
 {
-    return QString();
+    return d->file.readOnlyReason();
+}
+
+void LocalStorage::setWatching(bool on)
+{
+    d->watching = on;
+    if (on && d->file.canWatch())
+        d->watch->start();
+    else
+        d->watch->stop();
+}
+
+bool LocalStorage::isWatching() const
+{
+    return d->watching;
+}
+
+void LocalStorage::checkForChanges()
+{
+    StoreFile::Changes changes;
+    QString why;
+    if (!d->file.readChanges(&changes, &why)) {
+        qDebug() << "store: reading other clients' changes failed" << why;
+        return;
+    }
+    if (changes.isEmpty())
+        return;
+    LocalStoragePrivate::Notices notices;
+    d->takeIn(changes, &notices);
+    d->announce(this, notices);
 }
 
 bool LocalStorage::putObjects(const QString &dataname, const QList<ObjectInfo> &objects, QString *error)
@@ -425,66 +677,70 @@ bool LocalStorage::putObjects(const QString &dataname, const QList<ObjectInfo> &
     }
     if (!d->file.write(batch, error))
         return false;
+    LocalStoragePrivate::Notices notices;
+    for (const ObjectInfo &object : objects)
+        d->absorb(LocalStoragePrivate::home(dataname, object), object, &notices);
+    d->announce(this, notices);
+    return true;
+}
 
-    QHash<QString, QList<unsigned int>> changed;
-    QHash<QString, QList<unsigned int>> removed;
-    for (const ObjectInfo &object : objects) {
-        const QString home = LocalStoragePrivate::home(dataname, object);
-        const QString left = d->place(home, object);
-        if (!left.isEmpty())
-            removed[left].append(object.uid());
-        changed[home].append(object.uid());
-    }
-    if (objects.size() > 1000) {
-        // Bulk imports: one reset beats a row notification per object.
-        QList<ObjectInfo> all;
-        for (auto it = d->collections.cbegin(); it != d->collections.cend(); ++it) {
-            for (const ObjectInfo &o : it.value()) {
-                if (ObjectTreeModel::isTreeType(o.typeName()))
-                    all.append(o);
-            }
+bool LocalStorage::saveChanges(TYPE_ID uid, const QHash<QString, QString> &parameters,
+                               const QHash<QString, QByteArray> &blobs, std::optional<TYPE_ID> parent, QString *error)
+{
+    const auto merge = [&](QString *dataname, ObjectInfo *record) {
+        for (auto it = parameters.cbegin(); it != parameters.cend(); ++it) {
+            if (it.value().isEmpty())
+                record->removeParameter(it.key());
+            else
+                record->setParameter(it.key(), it.value());
         }
-        d->tree->reset(all);
+        if (parent)
+            record->setParent(*parent);
+        *dataname = LocalStoragePrivate::home(*dataname, *record);
+    };
+    QString home;
+    ObjectInfo merged;
+    if (d->file.isOpen()) {
+        StoreFile::Batch batch;
+        batch.mergeObject(uid, [&](QString *dataname, ObjectInfo *record) {
+            merge(dataname, record);
+            home = *dataname;
+            merged = *record;
+        });
+        for (auto it = blobs.cbegin(); it != blobs.cend(); ++it) {
+            if (it.value().isEmpty())
+                batch.removeBlob(uid, it.key());
+            else
+                batch.putBlob(uid, it.key(), it.value());
+        }
+        if (!d->file.write(batch, error))
+            return false;
+    } else if (const ObjectInfo *current = constObject(uid)) {
+        home = dataname(uid);
+        merged = *current;
+        merge(&home, &merged);
     } else {
-        for (const ObjectInfo &object : objects)
-            d->tree->insertOrUpdate(object);
+        qDebug() << "store: no object to change" << uid;
+        if (error)
+            *error = tr("Объект %1 не найден в хранилище").arg(uid);
+        return false;
     }
-    for (auto it = removed.cbegin(); it != removed.cend(); ++it)
-        emit dataRemoved(it.key(), it.value());
-    for (auto it = changed.cbegin(); it != changed.cend(); ++it)
-        emit dataChanged(it.key(), it.value());
+    for (auto it = blobs.cbegin(); it != blobs.cend(); ++it)
+        d->keepBlob(uid, it.key(), it.value());
+    LocalStoragePrivate::Notices notices;
+    d->absorb(home, merged, &notices);
+    d->announce(this, notices);
     return true;
 }
 
 bool LocalStorage::updateParameters(TYPE_ID uid, const QHash<QString, QString> &parameters, QString *error)
 {
-    const ObjectInfo *current = constObject(uid);
-    if (!current) {
-        if (error)
-            *error = tr("Объект %1 не найден").arg(uid);
-        return false;
-    }
-    ObjectInfo updated = *current;
-    for (auto it = parameters.cbegin(); it != parameters.cend(); ++it) {
-        if (it.value().isEmpty())
-            updated.removeParameter(it.key());
-        else
-            updated.setParameter(it.key(), it.value());
-    }
-    return putObjects(dataname(uid), {updated}, error);
+    return saveChanges(uid, parameters, {}, std::nullopt, error);
 }
 
 bool LocalStorage::setParent(TYPE_ID uid, TYPE_ID parent, QString *error)
 {
-    const ObjectInfo *current = constObject(uid);
-    if (!current) {
-        if (error)
-            *error = tr("Объект %1 не найден").arg(uid);
-        return false;
-    }
-    ObjectInfo updated = *current;
-    updated.setParent(parent);
-    return putObjects(dataname(uid), {updated}, error);
+    return saveChanges(uid, {}, {}, parent, error);
 }
 
 bool LocalStorage::removeObjects(const QList<TYPE_ID> &uids, QString *error)
@@ -494,26 +750,10 @@ bool LocalStorage::removeObjects(const QList<TYPE_ID> &uids, QString *error)
         batch.removeObject(uid);
     if (!d->file.write(batch, error))
         return false;
-
-    QHash<QString, QList<unsigned int>> removed;
-    for (TYPE_ID uid : uids) {
-        const QString name = d->datanameOf.take(uid);
-        if (name.isEmpty())
-            continue;
-        LocalStoragePrivate::Collection &collection = d->collections[name];
-        const ObjectInfo object = collection.take(uid);
-        d->unindexObject(name, object);
-        if (name == CARD_DATANAME) {
-            const TYPE_ID owner = LocalStoragePrivate::cardOwner(object);
-            d->cardsByOwner.remove(owner, uid);
-            d->reindexCardsOf(owner);
-        }
-        d->blobs.remove(uid);
-        d->tree->remove(uid);
-        removed[name].append(uid);
-    }
-    for (auto it = removed.cbegin(); it != removed.cend(); ++it)
-        emit dataRemoved(it.key(), it.value());
+    LocalStoragePrivate::Notices notices;
+    for (TYPE_ID uid : uids)
+        d->forget(uid, &notices);
+    d->announce(this, notices);
     return true;
 }
 
@@ -526,16 +766,7 @@ bool LocalStorage::setBlob(TYPE_ID uid, const QString &key, const QByteArray &by
         batch.putBlob(uid, key, bytes);
     if (!d->file.write(batch, error))
         return false;
-    if (bytes.isEmpty()) {
-        auto it = d->blobs.find(uid);
-        if (it != d->blobs.end()) {
-            it->remove(key);
-            if (it->isEmpty())
-                d->blobs.erase(it);
-        }
-    } else {
-        d->blobs[uid].insert(key, bytes);
-    }
+    d->keepBlob(uid, key, bytes);
     const QString name = dataname(uid);
     if (!name.isEmpty())
         emit dataChanged(name, {uid});

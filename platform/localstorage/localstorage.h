@@ -15,6 +15,8 @@
 #include <QScopedPointer>
 #include <QStringList>
 
+#include <optional>
+
 namespace nivaro {
 
 class LocalStoragePrivate;
@@ -30,9 +32,12 @@ struct WorkerCalendar
 };
 
 /**
- * The process-wide cache of the server's objects: one collection per data
- * name, the search indexes over them, the organisation tree model, blobs,
- * schedules and the database settings, backed by the store file.
+ * A cache of the server's objects: one collection per data name, the search
+ * indexes over them, the organisation tree model, blobs, schedules and the
+ * database settings, backed by the store file. instance() is the one views
+ * read; a host or a test may make another client of the same file, and each
+ * takes in what the others write (watched every quarter second, or at once
+ * through checkForChanges()), emitting the same signals as for its own.
  *
  * Views only read (the const accessors; pointers stay valid until the next
  * write). Changes come in through the write side, which hosts and the task
@@ -42,7 +47,9 @@ struct WorkerCalendar
  * saved changes nothing in memory either and reports why.
  *
  * GUI thread only, except that the const accessors may be read from one
- * background search while the GUI thread does not write.
+ * background search while the GUI thread does not write. Taking in other
+ * clients' writes is a write too: a host holds the watch back with
+ * setWatching(false) while such a search runs.
  */
 class LOCALSTORAGE_EXPORT LocalStorage : public QObject
 {
@@ -50,7 +57,9 @@ class LOCALSTORAGE_EXPORT LocalStorage : public QObject
     Q_DISABLE_COPY(LocalStorage)
 
 public:
+    // The process-wide store the views read.
     static LocalStorage *instance();
+    explicit LocalStorage(QObject *parent = nullptr);
     ~LocalStorage() override;
 
     // ---- Read side --------------------------------------------------------
@@ -99,11 +108,17 @@ public:
     // ---- Write side (hosts and the executor) ------------------------------
     // Inserts or replaces objects in a collection.
     bool putObjects(const QString &dataname, const QList<ObjectInfo> &objects, QString *error = nullptr);
-    // Sets parameters of a stored object (an empty value removes the key);
-    // an employee whose PT_OBJECTSTATE changes moves between "subject" and
-    // "subject_fired".
+    // Applies exactly these changes to the object as the file holds it now,
+    // in one transaction, so what another client saved meanwhile is kept:
+    // parameters (an empty value removes the key), blobs (empty bytes
+    // remove one) and, when given, the parent. An employee whose
+    // PT_OBJECTSTATE changes moves between "subject" and "subject_fired".
+    bool saveChanges(TYPE_ID uid, const QHash<QString, QString> &parameters, const QHash<QString, QByteArray> &blobs,
+                     std::optional<TYPE_ID> parent, QString *error = nullptr);
+    // saveChanges() of parameters only, or of the parent only.
     bool updateParameters(TYPE_ID uid, const QHash<QString, QString> &parameters, QString *error = nullptr);
     bool setParent(TYPE_ID uid, TYPE_ID parent, QString *error = nullptr);
+    // Removes the objects with their blobs and calendars.
     bool removeObjects(const QList<TYPE_ID> &uids, QString *error = nullptr);
     // An empty value removes the blob.
     bool setBlob(TYPE_ID uid, const QString &key, const QByteArray &bytes, QString *error = nullptr);
@@ -117,12 +132,20 @@ public:
     // A uid no object holds yet (the executor creates objects with it).
     TYPE_ID nextUid() const;
 
+    // Whether the timer looks for other clients' writes (on by default);
+    // what it missed meanwhile is taken in at the next look.
+    void setWatching(bool on);
+    bool isWatching() const;
+
+public Q_SLOTS:
+    // Takes in what other clients of the file wrote since the last look.
+    void checkForChanges();
+
 Q_SIGNALS:
     void dataChanged(const QString &dataname, const QList<unsigned int> &uids);
     void dataRemoved(const QString &dataname, const QList<unsigned int> &uids);
 
 private:
-    LocalStorage();
     QScopedPointer<LocalStoragePrivate> d;
 };
 

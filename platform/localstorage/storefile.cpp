@@ -6,10 +6,17 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QUrl>
+
+#include <iterator>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace nivaro {
 
@@ -18,6 +25,16 @@ const QString StoreFile::Application = QStringLiteral("nvstudio-store");
 namespace {
 
 int connectionCounter = 0;
+
+// Kinds of items the change log names.
+const QString ObjectItem = QStringLiteral("object");
+const QString BlobItem = QStringLiteral("blobs");
+const QString ScheduleItem = QStringLiteral("schedule");
+const QString CalendarItem = QStringLiteral("calendar");
+
+// The log keeps this many entries; a client further behind reloads all.
+constexpr qint64 KeptChanges = 8192;
+constexpr qint64 PruneEvery = 1024;
 
 QString tr(const char *text)
 {
@@ -34,7 +51,47 @@ const char *const Schema[] = {
     "CREATE TABLE absences(worker INTEGER PRIMARY KEY, body BLOB NOT NULL)",
 };
 
+// What version 2 added to version 1: the change log and how far back it reaches.
+const char *const LogSchema[] = {
+    "CREATE TABLE changes(seq INTEGER PRIMARY KEY AUTOINCREMENT, what TEXT NOT NULL, id INTEGER NOT NULL)",
+    "INSERT OR REPLACE INTO meta(key, value) VALUES ('changes_horizon', '0')",
+};
+
+// access() asks about the real user; the effective one is who writes.
+bool canWrite(const QString &path)
+{
+    return faccessat(AT_FDCWD, QFile::encodeName(path).constData(), W_OK, AT_EACCESS) == 0;
+}
+
+QString folderOf(const QString &fileName)
+{
+    return QFileInfo(fileName).absolutePath();
+}
+
 } // namespace
+
+QString StoreFile::failureText(const QSqlError &error)
+{
+    qDebug() << "store: sql failed" << error.nativeErrorCode() << error.text();
+    switch (error.nativeErrorCode().toInt() & 0xff) {
+    case 13: // SQLITE_FULL
+        return tr("Недостаточно места на диске: изменения не записаны");
+    case 8: // SQLITE_READONLY
+        return tr("Файл хранилища доступен только для чтения: изменения не записаны");
+    case 10: // SQLITE_IOERR
+        return tr("Ошибка ввода-вывода при записи в файл хранилища: изменения не записаны");
+    case 5: // SQLITE_BUSY
+    case 6: // SQLITE_LOCKED
+        return tr("Хранилище занято другим клиентом: изменения не записаны, повторите попытку");
+    case 14: // SQLITE_CANTOPEN
+        return tr("Не удалось открыть файл хранилища: изменения не записаны");
+    case 11: // SQLITE_CORRUPT
+    case 26: // SQLITE_NOTADB
+        return tr("Файл хранилища поврежден: изменения не записаны");
+    default:
+        return tr("Не удалось записать изменения в хранилище");
+    }
+}
 
 StoreFile::StoreFile()
     : m_connection(QStringLiteral("nvstudio-store-%1").arg(++connectionCounter))
@@ -54,12 +111,16 @@ void StoreFile::close()
         QSqlDatabase::removeDatabase(m_connection);
     }
     m_fileName.clear();
+    m_readOnlyReason.clear();
+    m_version = 0;
+    m_hasLog = false;
+    m_immutable = false;
+    m_seenSeq = 0;
+    m_dataVersion = 0;
 }
 
-// Looks at an existing file without writing to it: the first bytes, then
-// the meta table through a read-only connection. Anything that is not a
-// store of ours, or one from a newer client, is refused as it stands.
-bool StoreFile::check(const QString &fileName, QString *error)
+// The first bytes, read without SQLite: anything else is refused as it stands.
+bool StoreFile::checkHeader(const QString &fileName, QString *error)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -73,37 +134,28 @@ bool StoreFile::check(const QString &fileName, QString *error)
         qDebug() << "store: not an SQLite file" << fileName;
         return false;
     }
-    file.close();
+    return true;
+}
 
-    const QString probeName = m_connection + QStringLiteral("-probe");
+// Reads the meta table through db, which must not write: a store of ours
+// in a format this client knows, or a reason.
+bool StoreFile::checkMeta(QSqlDatabase &db, QString *error)
+{
     QString application;
     int version = -1;
-    bool readable = false;
-    {
-        QSqlDatabase probe = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), probeName);
-        probe.setDatabaseName(fileName);
-        probe.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
-        if (probe.open()) {
-            QSqlQuery q(probe);
-            if (q.exec(QStringLiteral("SELECT key, value FROM meta"))) {
-                readable = true;
-                while (q.next()) {
-                    if (q.value(0).toString() == QLatin1String("application"))
-                        application = q.value(1).toString();
-                    else if (q.value(0).toString() == QLatin1String("version"))
-                        version = q.value(1).toInt();
-                }
-            } else {
-                qDebug() << "store: no meta table" << q.lastError().text();
-            }
-        }
-        probe.close();
+    QSqlQuery q(db);
+    const bool readable = q.exec(QStringLiteral("SELECT key, value FROM meta"));
+    while (readable && q.next()) {
+        if (q.value(0).toString() == QLatin1String("application"))
+            application = q.value(1).toString();
+        else if (q.value(0).toString() == QLatin1String("version"))
+            version = q.value(1).toInt();
     }
-    QSqlDatabase::removeDatabase(probeName);
-
+    if (!readable)
+        qDebug() << "store: no meta table" << q.lastError().text();
     if (!readable || application != Application) {
         *error = tr("Это не файл хранилища Nivaro-Studio");
-        qDebug() << "store: foreign database" << fileName << application;
+        qDebug() << "store: foreign database" << db.databaseName() << application;
         return false;
     }
     if (version > FormatVersion) {
@@ -114,136 +166,333 @@ bool StoreFile::check(const QString &fileName, QString *error)
     }
     if (version < 1) {
         *error = tr("Файл хранилища поврежден: неизвестная версия формата");
+        qDebug() << "store: unknown format version" << version;
         return false;
     }
+    m_version = version;
     return true;
+}
+
+bool StoreFile::openConnection(const QString &fileName, bool readOnly, bool immutable, QString *error)
+{
+    m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
+    // Another client's write holds the lock for milliseconds; a lock held
+    // longer means trouble the operator should hear of within a second.
+    QString options = QStringLiteral("QSQLITE_BUSY_TIMEOUT=1000");
+    if (readOnly)
+        options += QStringLiteral(";QSQLITE_OPEN_READONLY");
+    if (immutable) {
+        // A folder we cannot write cannot hold the shared-memory file WAL
+        // readers need; an immutable file needs none.
+        options += QStringLiteral(";QSQLITE_OPEN_URI");
+        m_db.setDatabaseName(QUrl::fromLocalFile(fileName).toString(QUrl::FullyEncoded)
+                             + QStringLiteral("?immutable=1"));
+    } else {
+        m_db.setDatabaseName(fileName);
+    }
+    m_db.setConnectOptions(options);
+    if (m_db.open())
+        return true;
+    *error = tr("Не удалось открыть файл: %1").arg(m_db.lastError().text());
+    m_db = QSqlDatabase();
+    QSqlDatabase::removeDatabase(m_connection);
+    return false;
+}
+
+bool StoreFile::openReadOnly(const QString &fileName, QString *error)
+{
+    if (!openConnection(fileName, true, false, error))
+        return false;
+    QString why;
+    if (checkMeta(m_db, &why))
+        return true;
+    m_db.close();
+    m_db = QSqlDatabase();
+    QSqlDatabase::removeDatabase(m_connection);
+    // A write-ahead log would be ignored by an immutable reader and its
+    // commits lost from view: only a cleanly closed store is read so.
+    if (QFileInfo::exists(fileName + QStringLiteral("-wal"))) {
+        qDebug() << "store: read-only open failed beside a write-ahead log" << why;
+        *error = tr("Нет прав на запись в папку хранилища, а другой клиент держит его открытым: "
+                    "прочитать его можно будет, когда он закроет хранилище");
+        return false;
+    }
+    qDebug() << "store: reading as an immutable file" << fileName;
+    m_immutable = true;
+    return openConnection(fileName, true, true, error) && checkMeta(m_db, error);
+}
+
+bool StoreFile::openWritable(const QString &fileName, bool fresh, QString *error)
+{
+    if (!fresh) {
+        // Checked through a read-only connection before anything writes.
+        const QString probeName = m_connection + QStringLiteral("-probe");
+        bool ours = false;
+        {
+            QSqlDatabase probe = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), probeName);
+            probe.setDatabaseName(fileName);
+            probe.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+            ours = probe.open() && checkMeta(probe, error);
+            if (!ours && error->isEmpty())
+                *error = tr("Это не файл хранилища Nivaro-Studio");
+            probe.close();
+        }
+        QSqlDatabase::removeDatabase(probeName);
+        if (!ours)
+            return false;
+    }
+    if (!openConnection(fileName, false, false, error))
+        return false;
+    // WAL lets a commit append instead of rewriting pages, and readers of
+    // other clients go on while one writes; FULL makes every commit reach
+    // the disk before the store reports it done.
+    return exec(QStringLiteral("PRAGMA journal_mode=WAL"), error) && exec(QStringLiteral("PRAGMA synchronous=FULL"), error)
+        && (fresh ? createSchema(error) : migrate(error));
 }
 
 bool StoreFile::open(const QString &fileName, Contents *contents, QString *error)
 {
     close();
     const bool exists = QFileInfo::exists(fileName);
-    if (exists && !check(fileName, error))
+    if (exists && !checkHeader(fileName, error))
         return false;
     const bool fresh = !exists || QFileInfo(fileName).size() == 0;
-
-    m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
-    m_db.setDatabaseName(fileName);
-    // One client owns its store; a second holding the lock means trouble
-    // the operator should hear of within a second, not a frozen window.
-    m_db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=1000"));
-    if (!m_db.open()) {
-        *error = tr("Не удалось открыть файл: %1").arg(m_db.lastError().text());
-        close();
+    if (!canWrite(folderOf(fileName)) && !exists) {
+        *error = tr("Нет прав на запись в папку хранилища");
         return false;
     }
+    if (exists && !canWrite(fileName))
+        m_readOnlyReason = tr("Нет прав на запись в файл хранилища");
+    else if (!canWrite(folderOf(fileName)))
+        m_readOnlyReason = tr("Нет прав на запись в папку хранилища");
+    if (isReadOnly() && fresh) {
+        *error = m_readOnlyReason;
+        m_readOnlyReason.clear();
+        return false;
+    }
+
+    const bool opened = isReadOnly() ? openReadOnly(fileName, error) : openWritable(fileName, fresh, error);
     m_fileName = fileName;
-    QString why;
-    // WAL lets a commit append instead of rewriting pages; FULL makes every
-    // commit reach the disk before the store reports it done.
-    if (!exec(QStringLiteral("PRAGMA journal_mode=WAL"), &why) || !exec(QStringLiteral("PRAGMA synchronous=FULL"), &why)
-        || (fresh && !createSchema(&why)) || !load(contents, &why)) {
-        *error = why;
+    m_hasLog = m_version >= 2;
+    if (!opened || !load(contents, error)) {
         close();
         *contents = Contents();
         return false;
+    }
+    if (isReadOnly())
+        qDebug() << "store: read only" << fileName << m_readOnlyReason;
+    return true;
+}
+
+// All of work or nothing, under the write lock.
+bool StoreFile::transact(const std::function<bool()> &work, QString *error)
+{
+    // IMMEDIATE takes the write lock first: two clients that both began by
+    // reading could otherwise deadlock when each tries to upgrade.
+    if (!exec(QStringLiteral("BEGIN IMMEDIATE"), error))
+        return false;
+    if (work() && exec(QStringLiteral("COMMIT"), error))
+        return true;
+    // SQLite may have rolled back already (a full disk does): no need to
+    // report that this finds nothing to undo.
+    QSqlQuery(m_db).exec(QStringLiteral("ROLLBACK"));
+    return false;
+}
+
+bool StoreFile::runAll(const char *const *statements, std::size_t count, QString *error)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!exec(QString::fromLatin1(statements[i]), error))
+            return false;
     }
     return true;
 }
 
 bool StoreFile::createSchema(QString *error)
 {
-    if (!m_db.transaction()) {
-        *error = m_db.lastError().text();
+    const bool ok = transact(
+        [&] {
+            return runAll(Schema, std::size(Schema), error) && runAll(LogSchema, std::size(LogSchema), error)
+                && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("application"), Application}, error)
+                && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("version"), FormatVersion}, error);
+        },
+        error);
+    if (ok)
+        m_version = FormatVersion;
+    return ok;
+}
+
+// A version 1 file gains the change log; all or nothing, so an older
+// client's file is never left half converted.
+bool StoreFile::migrate(QString *error)
+{
+    if (m_version >= FormatVersion)
+        return true;
+    const bool ok = transact(
+        [&] {
+            return runAll(LogSchema, std::size(LogSchema), error)
+                && run(QStringLiteral("UPDATE meta SET value = ? WHERE key = 'version'"), {FormatVersion}, error);
+        },
+        error);
+    if (!ok)
         return false;
-    }
-    for (const char *sql : Schema) {
-        if (!exec(QString::fromLatin1(sql), error)) {
-            m_db.rollback();
-            return false;
-        }
-    }
-    if (!run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("application"), Application}, error)
-        || !run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("version"), FormatVersion},
-                error)
-        || !m_db.commit()) {
-        m_db.rollback();
-        return false;
-    }
+    qDebug() << "store: migrated" << m_version << "->" << FormatVersion;
+    m_version = FormatVersion;
     return true;
 }
 
+// All of the file in one read transaction, so a client writing meanwhile
+// is seen either wholly or not at all; the log position goes with it.
 bool StoreFile::load(Contents *contents, QString *error)
 {
-    auto corrupt = [error](const QString &what, const QString &why) {
-        *error = tr("Файл хранилища поврежден (%1): %2").arg(what, why);
-        qDebug() << "store: corrupt row" << what << why;
+    bool ok = true;
+    m_dataVersion = scalar(QStringLiteral("PRAGMA data_version"), &ok);
+    return ok && snapshot(
+               [&] {
+                   if (m_hasLog)
+                       m_seenSeq = scalar(QStringLiteral("SELECT ifnull(max(seq), 0) FROM changes"), &ok);
+                   return ok && loadAll(contents, error);
+               },
+               error);
+}
+
+// Work that reads several tables sees them as of one moment, whatever
+// other clients commit meanwhile.
+bool StoreFile::snapshot(const std::function<bool()> &work, QString *error)
+{
+    if (!exec(QStringLiteral("BEGIN"), error))
         return false;
-    };
+    const bool ok = work();
+    QSqlQuery(m_db).exec(QStringLiteral("COMMIT")); // ends a read: nothing to lose
+    return ok;
+}
+
+namespace {
+
+bool corruptRow(const QString &what, const QString &why, QString *error)
+{
+    *error = QCoreApplication::translate("StoreFile", "Файл хранилища поврежден (%1): %2").arg(what, why);
+    qDebug() << "store: corrupt row" << what << why;
+    return false;
+}
+
+// The statement for all rows of a table, or for those of one item.
+QString rowsOf(const char *sql, const char *column, const QVariant &id)
+{
+    const QString all = QString::fromLatin1(sql);
+    return id.isNull() ? all : all + QStringLiteral(" WHERE %1 = ?").arg(QLatin1String(column));
+}
+
+QVariantList bound(const QVariant &id)
+{
+    return id.isNull() ? QVariantList() : QVariantList{id};
+}
+
+} // namespace
+
+bool StoreFile::loadObjects(const QVariant &uid, Contents *contents, QString *error)
+{
+    StringPool pool;
+    QHash<QString, QString> datanames; // one shared text per data name
+    return select(rowsOf("SELECT uid, dataname, body FROM objects", "uid", uid), bound(uid),
+                  [&](const QSqlQuery &q) {
+                      ObjectInfo object;
+                      QString why;
+                      const QString what = QStringLiteral("object %1").arg(q.value(0).toString());
+                      if (!StoreRecordCodec::decodeObject(q.value(2).toByteArray(), &pool, &object, &why))
+                          return corruptRow(what, why, error);
+                      if (object.uid() != q.value(0).toUInt())
+                          return corruptRow(what, QStringLiteral("uid mismatch"), error);
+                      const QString dataname = q.value(1).toString();
+                      auto it = datanames.find(dataname);
+                      if (it == datanames.end())
+                          it = datanames.insert(dataname, dataname);
+                      contents->objects[*it].append(object);
+                      return true;
+                  },
+                  error);
+}
+
+bool StoreFile::loadBlobs(const QVariant &uid, Contents *contents, QString *error)
+{
+    return select(rowsOf("SELECT uid, key, body FROM blobs", "uid", uid), bound(uid),
+                  [&](const QSqlQuery &q) {
+                      contents->blobs[q.value(0).toUInt()].insert(q.value(1).toString(), q.value(2).toByteArray());
+                      return true;
+                  },
+                  error);
+}
+
+bool StoreFile::loadSchedules(const QVariant &id, Contents *contents, QString *error)
+{
+    return select(rowsOf("SELECT id, body FROM schedules", "id", id), bound(id),
+                  [&](const QSqlQuery &q) {
+                      SCHEDULE_DATA s;
+                      QString why;
+                      if (!StoreRecordCodec::decodeSchedule(q.value(1).toByteArray(), &s, &why))
+                          return corruptRow(QStringLiteral("schedule %1").arg(q.value(0).toString()), why, error);
+                      contents->schedules.append(s);
+                      return true;
+                  },
+                  error);
+}
+
+bool StoreFile::loadCalendars(const QVariant &worker, Contents *contents, QString *error)
+{
+    return select(rowsOf("SELECT worker, id, body FROM personal_schedules", "worker", worker), bound(worker),
+                  [&](const QSqlQuery &q) {
+                      SCHEDULE_DATA s;
+                      QString why;
+                      if (!StoreRecordCodec::decodeSchedule(q.value(2).toByteArray(), &s, &why))
+                          return corruptRow(QStringLiteral("personal schedule %1").arg(q.value(1).toString()), why, error);
+                      contents->personalSchedules[q.value(0).toUInt()].append(s);
+                      return true;
+                  },
+                  error)
+        && select(rowsOf("SELECT worker, body FROM schedule_history", "worker", worker), bound(worker),
+                  [&](const QSqlQuery &q) {
+                      QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> records;
+                      QString why;
+                      if (!StoreRecordCodec::decodeScheduleHistory(q.value(1).toByteArray(), &records, &why))
+                          return corruptRow(QStringLiteral("schedule history of %1").arg(q.value(0).toString()), why, error);
+                      contents->scheduleHistory.insert(q.value(0).toUInt(), records);
+                      return true;
+                  },
+                  error)
+        && select(rowsOf("SELECT worker, body FROM absences", "worker", worker), bound(worker),
+                  [&](const QSqlQuery &q) {
+                      _WORKER_ABSENCE_REASON absences;
+                      QString why;
+                      if (!StoreRecordCodec::decodeAbsences(q.value(1).toByteArray(), &absences, &why))
+                          return corruptRow(QStringLiteral("absences of %1").arg(q.value(0).toString()), why, error);
+                      contents->absences.insert(q.value(0).toUInt(), absences);
+                      return true;
+                  },
+                  error);
+}
+
+bool StoreFile::loadAll(Contents *contents, QString *error)
+{
+    return loadObjects(QVariant(), contents, error) && loadBlobs(QVariant(), contents, error)
+        && loadSchedules(QVariant(), contents, error) && loadCalendars(QVariant(), contents, error);
+}
+
+bool StoreFile::select(const QString &sql, const QVariantList &values, const std::function<bool(const QSqlQuery &)> &row,
+                       QString *error)
+{
     QSqlQuery q(m_db);
     q.setForwardOnly(true);
-
-    StringPool pool;
-    if (!q.exec(QStringLiteral("SELECT uid, dataname, body FROM objects")))
-        return corrupt(QStringLiteral("objects"), q.lastError().text());
-    QHash<QString, QString> datanames; // one shared text per data name
-    while (q.next()) {
-        ObjectInfo object;
-        QString why;
-        if (!StoreRecordCodec::decodeObject(q.value(2).toByteArray(), &pool, &object, &why))
-            return corrupt(QStringLiteral("object %1").arg(q.value(0).toString()), why);
-        if (object.uid() != q.value(0).toUInt())
-            return corrupt(QStringLiteral("object %1").arg(q.value(0).toString()), QStringLiteral("uid mismatch"));
-        const QString dataname = q.value(1).toString();
-        auto it = datanames.find(dataname);
-        if (it == datanames.end())
-            it = datanames.insert(dataname, dataname);
-        contents->objects[*it].append(object);
+    bool ok = q.prepare(sql);
+    for (int i = 0; ok && i < values.size(); ++i)
+        q.bindValue(i, values.at(i));
+    if (!ok || !q.exec()) {
+        *error = tr("Файл хранилища поврежден (%1): %2").arg(sql, q.lastError().text());
+        qDebug() << "store: read failed" << sql << q.lastError().text();
+        return false;
     }
-
-    if (!q.exec(QStringLiteral("SELECT uid, key, body FROM blobs")))
-        return corrupt(QStringLiteral("blobs"), q.lastError().text());
-    while (q.next())
-        contents->blobs[q.value(0).toUInt()].insert(q.value(1).toString(), q.value(2).toByteArray());
-
-    if (!q.exec(QStringLiteral("SELECT id, body FROM schedules")))
-        return corrupt(QStringLiteral("schedules"), q.lastError().text());
     while (q.next()) {
-        SCHEDULE_DATA schedule;
-        QString why;
-        if (!StoreRecordCodec::decodeSchedule(q.value(1).toByteArray(), &schedule, &why))
-            return corrupt(QStringLiteral("schedule %1").arg(q.value(0).toString()), why);
-        contents->schedules.append(schedule);
-    }
-
-    if (!q.exec(QStringLiteral("SELECT worker, id, body FROM personal_schedules")))
-        return corrupt(QStringLiteral("personal_schedules"), q.lastError().text());
-    while (q.next()) {
-        SCHEDULE_DATA schedule;
-        QString why;
-        if (!StoreRecordCodec::decodeSchedule(q.value(2).toByteArray(), &schedule, &why))
-            return corrupt(QStringLiteral("personal schedule %1").arg(q.value(1).toString()), why);
-        contents->personalSchedules[q.value(0).toUInt()].append(schedule);
-    }
-
-    if (!q.exec(QStringLiteral("SELECT worker, body FROM schedule_history")))
-        return corrupt(QStringLiteral("schedule_history"), q.lastError().text());
-    while (q.next()) {
-        QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> records;
-        QString why;
-        if (!StoreRecordCodec::decodeScheduleHistory(q.value(1).toByteArray(), &records, &why))
-            return corrupt(QStringLiteral("schedule history of %1").arg(q.value(0).toString()), why);
-        contents->scheduleHistory.insert(q.value(0).toUInt(), records);
-    }
-
-    if (!q.exec(QStringLiteral("SELECT worker, body FROM absences")))
-        return corrupt(QStringLiteral("absences"), q.lastError().text());
-    while (q.next()) {
-        _WORKER_ABSENCE_REASON absences;
-        QString why;
-        if (!StoreRecordCodec::decodeAbsences(q.value(1).toByteArray(), &absences, &why))
-            return corrupt(QStringLiteral("absences of %1").arg(q.value(0).toString()), why);
-        contents->absences.insert(q.value(0).toUInt(), absences);
+        if (!row(q))
+            return false;
     }
     return true;
 }
@@ -253,27 +502,65 @@ bool StoreFile::exec(const QString &sql, QString *error)
     QSqlQuery q(m_db);
     if (q.exec(sql))
         return true;
-    *error = q.lastError().text();
-    qDebug() << "store: sql failed" << sql << *error;
+    qDebug() << "store: statement failed" << sql;
+    *error = failureText(q.lastError());
     return false;
 }
 
 bool StoreFile::run(const QString &sql, const QVariantList &values, QString *error)
 {
     QSqlQuery q(m_db);
-    // Prepared statements are cached by the driver per connection text, so
-    // repeated writes do not re-parse.
-    if (!q.prepare(sql)) {
-        *error = q.lastError().text();
+    bool ok = q.prepare(sql);
+    for (int i = 0; ok && i < values.size(); ++i)
+        q.bindValue(i, values.at(i));
+    if (ok && q.exec())
+        return true;
+    qDebug() << "store: statement failed" << sql;
+    *error = failureText(q.lastError());
+    return false;
+}
+
+qint64 StoreFile::scalar(const QString &sql, bool *ok)
+{
+    QSqlQuery q(m_db);
+    if (q.exec(sql) && q.next())
+        return q.value(0).toLongLong();
+    qDebug() << "store: query failed" << sql << q.lastError().text();
+    *ok = false;
+    return 0;
+}
+
+// Files what this transaction touched, once each, and now and then drops
+// the oldest entries, recording how far back the log still reaches.
+bool StoreFile::logTouched(QString *error)
+{
+    if (!m_hasLog || m_touched.isEmpty())
+        return true;
+    bool ok = true;
+    const qint64 before = scalar(QStringLiteral("SELECT ifnull(max(seq), 0) FROM changes"), &ok);
+    QSqlQuery insert(m_db);
+    ok = ok && insert.prepare(QStringLiteral("INSERT INTO changes(what, id) VALUES (?, ?)"));
+    for (auto it = m_touched.cbegin(); ok && it != m_touched.cend(); ++it) {
+        insert.bindValue(0, it->first);
+        insert.bindValue(1, it->second);
+        ok = insert.exec();
+    }
+    if (!ok) {
+        *error = failureText(insert.lastError());
         return false;
     }
-    for (int i = 0; i < values.size(); ++i)
-        q.bindValue(i, values.at(i));
-    if (q.exec())
-        return true;
-    *error = q.lastError().text();
-    qDebug() << "store: sql failed" << sql << *error;
-    return false;
+    const qint64 after = insert.lastInsertId().toLongLong();
+    insert.finish();
+    if (before / PruneEvery != after / PruneEvery && after > KeptChanges) {
+        const qint64 horizon = after - KeptChanges;
+        if (!run(QStringLiteral("DELETE FROM changes WHERE seq <= ?"), {horizon}, error)
+            || !run(QStringLiteral("UPDATE meta SET value = ? WHERE key = 'changes_horizon'"), {horizon}, error))
+            return false;
+    }
+    // Nobody else wrote since we last looked: our own entries need no reading.
+    if (before == m_seenSeq)
+        m_pendingSeq = after;
+    return true;
 }
 
 bool StoreFile::write(const Batch &batch, QString *error)
@@ -281,84 +568,168 @@ bool StoreFile::write(const Batch &batch, QString *error)
     QString ignored;
     if (!error)
         error = &ignored;
-    if (!isOpen())
+    if (isReadOnly()) {
+        *error = m_readOnlyReason;
+        return false;
+    }
+    if (!isOpen() || batch.isEmpty())
         return true; // a store without a file lives in memory only
-    if (batch.isEmpty())
+    m_touched.clear();
+    m_pendingSeq = 0;
+    const bool ok = transact(
+        [&] {
+            for (const auto &step : batch.m_steps) {
+                if (!step(*this)) {
+                    *error = m_failure;
+                    return false;
+                }
+            }
+            return logTouched(error);
+        },
+        error);
+    if (ok && m_pendingSeq)
+        m_seenSeq = m_pendingSeq;
+    return ok;
+}
+
+bool StoreFile::readChanges(Changes *changes, QString *error)
+{
+    if (!canWatch())
         return true;
-    if (!m_db.transaction()) {
-        *error = tr("Не удалось записать изменения в хранилище: %1").arg(m_db.lastError().text());
-        return false;
+    bool ok = true;
+    const qint64 version = scalar(QStringLiteral("PRAGMA data_version"), &ok);
+    if (!ok || version == m_dataVersion)
+        return ok;
+    qint64 last = m_seenSeq;
+    ok = snapshot(
+        [&] {
+            const qint64 horizon = scalar(QStringLiteral("SELECT value FROM meta WHERE key = 'changes_horizon'"), &ok);
+            if (ok && horizon > m_seenSeq) {
+                qDebug() << "store: change log passed us, reloading" << m_seenSeq << horizon;
+                changes->everything = true;
+                last = scalar(QStringLiteral("SELECT ifnull(max(seq), 0) FROM changes"), &ok);
+                return ok && loadAll(&changes->current, error);
+            }
+            return ok
+                && select(QStringLiteral("SELECT seq, what, id FROM changes WHERE seq > ? ORDER BY seq"), {m_seenSeq},
+                          [&](const QSqlQuery &q) {
+                              last = q.value(0).toLongLong();
+                              return touch(q.value(1).toString(), q.value(2).toLongLong(), changes, error);
+                          },
+                          error);
+        },
+        error);
+    // A failed look is repeated at the next tick rather than skipped.
+    if (ok) {
+        m_dataVersion = version;
+        m_seenSeq = last;
     }
-    for (const auto &step : batch.m_steps) {
-        if (!step(*this)) {
-            m_db.rollback();
-            *error = tr("Не удалось записать изменения в хранилище: %1").arg(m_lastError);
+    return ok;
+}
+
+// One log entry: the item's current rows, read once however often it changed.
+bool StoreFile::touch(const QString &what, qint64 id, Changes *changes, QString *error)
+{
+    auto first = [](auto &set, auto key) {
+        if (set.contains(key))
             return false;
-        }
-    }
-    if (!m_db.commit()) {
-        const QString why = m_db.lastError().text();
-        m_db.rollback();
-        *error = tr("Не удалось записать изменения в хранилище: %1").arg(why);
-        return false;
-    }
+        set.insert(key);
+        return true;
+    };
+    if (what == ObjectItem)
+        return !first(changes->objects, TYPE_ID(id)) || loadObjects(id, &changes->current, error);
+    if (what == BlobItem)
+        return !first(changes->blobs, TYPE_ID(id)) || loadBlobs(id, &changes->current, error);
+    if (what == ScheduleItem)
+        return !first(changes->schedules, int(id)) || loadSchedules(id, &changes->current, error);
+    if (what == CalendarItem)
+        return !first(changes->calendars, TYPE_ID(id)) || loadCalendars(id, &changes->current, error);
+    qDebug() << "store: unknown change kind" << what << id;
     return true;
 }
 
-// Each step records its SQL; the file runs them inside write()'s transaction.
+// Each step records its SQL and what it touched; the file runs them inside
+// write()'s transaction.
 void StoreFile::Batch::putObject(const QString &dataname, const ObjectInfo &object)
 {
     m_steps.append([dataname, object](StoreFile &f) {
+        f.note(ObjectItem, object.uid());
         return f.run(QStringLiteral("INSERT OR REPLACE INTO objects(uid, dataname, body) VALUES (?, ?, ?)"),
-                     {object.uid(), dataname, object.serialize()}, &f.m_lastError);
+                     {object.uid(), dataname, object.serialize()}, &f.m_failure);
+    });
+}
+
+void StoreFile::Batch::mergeObject(TYPE_ID uid, const Merge &merge)
+{
+    m_steps.append([uid, merge](StoreFile &f) {
+        Contents stored;
+        if (!f.loadObjects(uid, &stored, &f.m_failure))
+            return false;
+        if (stored.objects.isEmpty()) {
+            f.m_failure = tr("Объект %1 не найден в хранилище").arg(uid);
+            qDebug() << "store: merge target missing" << uid;
+            return false;
+        }
+        QString dataname = stored.objects.cbegin().key();
+        ObjectInfo record = stored.objects.cbegin()->first();
+        merge(&dataname, &record);
+        f.note(ObjectItem, uid);
+        return f.run(QStringLiteral("INSERT OR REPLACE INTO objects(uid, dataname, body) VALUES (?, ?, ?)"),
+                     {uid, dataname, record.serialize()}, &f.m_failure);
     });
 }
 
 void StoreFile::Batch::removeObject(TYPE_ID uid)
 {
     m_steps.append([uid](StoreFile &f) {
-        return f.run(QStringLiteral("DELETE FROM objects WHERE uid = ?"), {uid}, &f.m_lastError)
-            && f.run(QStringLiteral("DELETE FROM blobs WHERE uid = ?"), {uid}, &f.m_lastError);
+        f.note(ObjectItem, uid);
+        f.note(BlobItem, uid);
+        f.note(CalendarItem, uid);
+        for (const char *sql : {"DELETE FROM objects WHERE uid = ?", "DELETE FROM blobs WHERE uid = ?",
+                                "DELETE FROM personal_schedules WHERE worker = ?",
+                                "DELETE FROM schedule_history WHERE worker = ?", "DELETE FROM absences WHERE worker = ?"}) {
+            if (!f.run(QString::fromLatin1(sql), {uid}, &f.m_failure))
+                return false;
+        }
+        return true;
     });
 }
 
 void StoreFile::Batch::putBlob(TYPE_ID uid, const QString &key, const QByteArray &bytes)
 {
     m_steps.append([uid, key, bytes](StoreFile &f) {
+        f.note(BlobItem, uid);
         return f.run(QStringLiteral("INSERT OR REPLACE INTO blobs(uid, key, body) VALUES (?, ?, ?)"), {uid, key, bytes},
-                     &f.m_lastError);
+                     &f.m_failure);
     });
 }
 
 void StoreFile::Batch::removeBlob(TYPE_ID uid, const QString &key)
 {
     m_steps.append([uid, key](StoreFile &f) {
-        return f.run(QStringLiteral("DELETE FROM blobs WHERE uid = ? AND key = ?"), {uid, key}, &f.m_lastError);
+        f.note(BlobItem, uid);
+        return f.run(QStringLiteral("DELETE FROM blobs WHERE uid = ? AND key = ?"), {uid, key}, &f.m_failure);
     });
-}
-
-void StoreFile::Batch::removeBlobs(TYPE_ID uid)
-{
-    m_steps.append(
-        [uid](StoreFile &f) { return f.run(QStringLiteral("DELETE FROM blobs WHERE uid = ?"), {uid}, &f.m_lastError); });
 }
 
 void StoreFile::Batch::putSchedule(const SCHEDULE_DATA &schedule)
 {
     m_steps.append([schedule](StoreFile &f) {
+        f.note(ScheduleItem, schedule.id);
         return f.run(QStringLiteral("INSERT OR REPLACE INTO schedules(id, body) VALUES (?, ?)"),
-                     {schedule.id, StoreRecordCodec::encodeSchedule(schedule)}, &f.m_lastError);
+                     {schedule.id, StoreRecordCodec::encodeSchedule(schedule)}, &f.m_failure);
     });
 }
 
 void StoreFile::Batch::setPersonalSchedules(TYPE_ID worker, const QList<SCHEDULE_DATA> &schedules)
 {
     m_steps.append([worker, schedules](StoreFile &f) {
-        if (!f.run(QStringLiteral("DELETE FROM personal_schedules WHERE worker = ?"), {worker}, &f.m_lastError))
+        f.note(CalendarItem, worker);
+        if (!f.run(QStringLiteral("DELETE FROM personal_schedules WHERE worker = ?"), {worker}, &f.m_failure))
             return false;
         for (const SCHEDULE_DATA &s : schedules) {
             if (!f.run(QStringLiteral("INSERT OR REPLACE INTO personal_schedules(worker, id, body) VALUES (?, ?, ?)"),
-                       {worker, s.id, StoreRecordCodec::encodeSchedule(s)}, &f.m_lastError))
+                       {worker, s.id, StoreRecordCodec::encodeSchedule(s)}, &f.m_failure))
                 return false;
         }
         return true;
@@ -368,20 +739,22 @@ void StoreFile::Batch::setPersonalSchedules(TYPE_ID worker, const QList<SCHEDULE
 void StoreFile::Batch::setScheduleHistory(TYPE_ID worker, const QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> &records)
 {
     m_steps.append([worker, records](StoreFile &f) {
+        f.note(CalendarItem, worker);
         if (records.isEmpty())
-            return f.run(QStringLiteral("DELETE FROM schedule_history WHERE worker = ?"), {worker}, &f.m_lastError);
+            return f.run(QStringLiteral("DELETE FROM schedule_history WHERE worker = ?"), {worker}, &f.m_failure);
         return f.run(QStringLiteral("INSERT OR REPLACE INTO schedule_history(worker, body) VALUES (?, ?)"),
-                     {worker, StoreRecordCodec::encodeScheduleHistory(records)}, &f.m_lastError);
+                     {worker, StoreRecordCodec::encodeScheduleHistory(records)}, &f.m_failure);
     });
 }
 
 void StoreFile::Batch::setAbsences(const _WORKER_ABSENCE_REASON &absences)
 {
     m_steps.append([absences](StoreFile &f) {
+        f.note(CalendarItem, absences.worker);
         if (absences.records.isEmpty())
-            return f.run(QStringLiteral("DELETE FROM absences WHERE worker = ?"), {absences.worker}, &f.m_lastError);
+            return f.run(QStringLiteral("DELETE FROM absences WHERE worker = ?"), {absences.worker}, &f.m_failure);
         return f.run(QStringLiteral("INSERT OR REPLACE INTO absences(worker, body) VALUES (?, ?)"),
-                     {absences.worker, StoreRecordCodec::encodeAbsences(absences)}, &f.m_lastError);
+                     {absences.worker, StoreRecordCodec::encodeAbsences(absences)}, &f.m_failure);
     });
 }
 

@@ -8,10 +8,14 @@
 
 #include <QHash>
 #include <QList>
+#include <QSet>
 #include <QSqlDatabase>
 #include <QString>
 
 #include <functional>
+
+class QSqlError;
+class QSqlQuery;
 
 namespace nivaro {
 
@@ -20,6 +24,12 @@ namespace nivaro {
  * writing anything to it and loads all of it; every change is one
  * transaction with synchronous=FULL, so what a write confirmed survives a
  * crash, and a write that fails leaves the file as it was.
+ *
+ * Several clients may share one file: each write transaction also files
+ * what it touched in a change log, and readChanges() hands back the current
+ * rows of whatever other connections touched since this one last looked.
+ * A file that can be read but not written opens read only and refuses
+ * every write before it reaches SQLite.
  */
 class StoreFile
 {
@@ -34,15 +44,40 @@ public:
         QHash<TYPE_ID, _WORKER_ABSENCE_REASON> absences;
     };
 
+    // The items other connections touched, and their rows as stored now (an
+    // item touched but missing from `current` is gone). `everything` means
+    // the log no longer reaches back far enough: `current` holds the whole
+    // file and every item counts as touched.
+    struct Changes
+    {
+        bool everything = false;
+        QSet<TYPE_ID> objects;
+        QSet<TYPE_ID> blobs;
+        QSet<int> schedules;
+        QSet<TYPE_ID> calendars; // workers whose personal schedules, history or absences changed
+        Contents current;
+        bool isEmpty() const
+        {
+            return !everything && objects.isEmpty() && blobs.isEmpty() && schedules.isEmpty() && calendars.isEmpty();
+        }
+    };
+
+    // Applies changes to a stored record: gets the data name and the record
+    // as stored and leaves in them what is to be stored.
+    using Merge = std::function<void(QString *dataname, ObjectInfo *record)>;
+
     // What one transaction does, statement by statement.
     class Batch
     {
     public:
         void putObject(const QString &dataname, const ObjectInfo &object);
+        // Reads the record inside the transaction, so a change made by
+        // another client in the meantime is kept; fails when it is absent.
+        void mergeObject(TYPE_ID uid, const Merge &merge);
+        // The object with its blobs and calendar rows.
         void removeObject(TYPE_ID uid);
         void putBlob(TYPE_ID uid, const QString &key, const QByteArray &bytes);
         void removeBlob(TYPE_ID uid, const QString &key);
-        void removeBlobs(TYPE_ID uid);
         void putSchedule(const SCHEDULE_DATA &schedule);
         void setPersonalSchedules(TYPE_ID worker, const QList<SCHEDULE_DATA> &schedules);
         void setScheduleHistory(TYPE_ID worker, const QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> &records);
@@ -54,7 +89,7 @@ public:
         QList<std::function<bool(StoreFile &)>> m_steps;
     };
 
-    static constexpr int FormatVersion = 1;
+    static constexpr int FormatVersion = 2;
     static const QString Application;
 
     StoreFile();
@@ -66,20 +101,59 @@ public:
     void close();
     bool isOpen() const { return m_db.isOpen(); }
     QString fileName() const { return m_fileName; }
+    bool isReadOnly() const { return !m_readOnlyReason.isEmpty(); }
+    QString readOnlyReason() const { return m_readOnlyReason; }
+    // Whether other connections' writes can be seen (a file with a change
+    // log that others may write to).
+    bool canWatch() const { return isOpen() && m_hasLog && !m_immutable; }
 
     bool write(const Batch &batch, QString *error);
+    // Empty changes when no other connection committed since the last call.
+    bool readChanges(Changes *changes, QString *error);
+
+    // The operator's sentence for a failed statement; the SQLite text goes
+    // to the debug line.
+    static QString failureText(const QSqlError &error);
 
 private:
-    bool check(const QString &fileName, QString *error);
+    bool checkHeader(const QString &fileName, QString *error);
+    bool checkMeta(QSqlDatabase &db, QString *error);
+    bool openConnection(const QString &fileName, bool readOnly, bool immutable, QString *error);
+    bool openReadOnly(const QString &fileName, QString *error);
+    bool openWritable(const QString &fileName, bool fresh, QString *error);
+    bool transact(const std::function<bool()> &work, QString *error);
+    bool snapshot(const std::function<bool()> &work, QString *error);
+    bool runAll(const char *const *statements, std::size_t count, QString *error);
     bool createSchema(QString *error);
+    bool migrate(QString *error);
     bool load(Contents *contents, QString *error);
+    bool loadAll(Contents *contents, QString *error);
+    // A null id loads every row of the table.
+    bool loadObjects(const QVariant &uid, Contents *contents, QString *error);
+    bool loadBlobs(const QVariant &uid, Contents *contents, QString *error);
+    bool loadSchedules(const QVariant &id, Contents *contents, QString *error);
+    bool loadCalendars(const QVariant &worker, Contents *contents, QString *error);
+    bool touch(const QString &what, qint64 id, Changes *changes, QString *error);
+    bool select(const QString &sql, const QVariantList &values, const std::function<bool(const QSqlQuery &)> &row,
+                QString *error);
     bool exec(const QString &sql, QString *error);
     bool run(const QString &sql, const QVariantList &values, QString *error);
+    qint64 scalar(const QString &sql, bool *ok);
+    void note(const QString &what, qint64 id) { m_touched.insert(qMakePair(what, id)); }
+    bool logTouched(QString *error);
 
     QString m_connection;
     QSqlDatabase m_db;
     QString m_fileName;
-    QString m_lastError;
+    QString m_failure; // why the running step failed, for the operator
+    QString m_readOnlyReason;
+    int m_version = 0;
+    bool m_hasLog = false;
+    bool m_immutable = false;
+    qint64 m_seenSeq = 0; // the last log entry this client has taken in
+    qint64 m_pendingSeq = 0;
+    qint64 m_dataVersion = 0;
+    QSet<QPair<QString, qint64>> m_touched;
 };
 
 } // namespace nivaro

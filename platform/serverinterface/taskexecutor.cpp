@@ -6,6 +6,7 @@
 #include <objectinfo.h>
 #include <objecttreemodel.h>
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QHash>
 #include <QMetaMethod>
@@ -13,21 +14,40 @@
 #include <QTimer>
 
 #include <functional>
+#include <optional>
 
 namespace nivaro {
 
 namespace {
 
-// What a command handler answers: the uid to reply with, or 0 and why.
+// What a command handler answers: the uid to reply with, or 0 and why
+// (for the operator, and in English for the debug line).
 struct Outcome
 {
     TYPE_ID uid = 0;
     QString error;
+    QString debug;
 };
 
-Outcome failure(const QString &why)
+Outcome failure(const QString &why, const QString &debug)
 {
-    return Outcome{0, why};
+    return Outcome{0, why, debug};
+}
+
+// The store has already logged the SQLite side of its refusals.
+Outcome storeFailure(const QString &why)
+{
+    return Outcome{0, why, QStringLiteral("store refused")};
+}
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("TaskExecutor", text);
+}
+
+Outcome notFound(TYPE_ID uid)
+{
+    return failure(tr("Объект %1 не найден").arg(uid), QStringLiteral("object not found: %1").arg(uid));
 }
 
 // Parameters the server keeps beside the record rather than in it: a photo
@@ -51,59 +71,65 @@ public:
         handlers.insert(QStringLiteral("delete_object"), [this](const TaskInfo &t) { return deleteObject(t); });
     }
 
+    // Hands the store only what the task changes: a parameter it does not
+    // name, or a parent it does not move, stays as the file holds it.
     Outcome saveObject(const TaskInfo &task) const
     {
         const ObjectInfo *object = storage->constObject(task.uid);
         if (!object)
-            return failure(QStringLiteral("object not found: %1").arg(task.uid));
+            return notFound(task.uid);
         const QString type = task.params.value(QStringLiteral("object_type")).toString();
         if (type != object->typeName())
-            return failure(QStringLiteral("object_type %1 does not match %2").arg(type, object->typeName()));
+            return failure(tr("Тип объекта %1 (%2) не совпадает с типом в задаче (%3)")
+                               .arg(task.uid)
+                               .arg(object->typeName(), type),
+                           QStringLiteral("object_type %1 does not match %2").arg(type, object->typeName()));
 
         static const QString prefix = QStringLiteral("property-");
         QHash<QString, QString> parameters;
-        QHash<QString, QString> blobs;
+        QHash<QString, QByteArray> blobs;
         for (auto it = task.params.cbegin(); it != task.params.cend(); ++it) {
             if (!it.key().startsWith(prefix) || it.key().size() == prefix.size())
                 continue;
             const QString key = it.key().mid(prefix.size());
-            (isBlobKey(key) ? blobs : parameters).insert(key, it.value().toString());
+            // Photos arrive as hex text, as the views read them back; an
+            // empty one removes the stored photo.
+            if (isBlobKey(key))
+                blobs.insert(key, it.value().toString().toLatin1());
+            else
+                parameters.insert(key, it.value().toString());
         }
-        QString error;
-        if (!parameters.isEmpty() && !storage->updateParameters(task.uid, parameters, &error))
-            return failure(error);
-        // Photos arrive as hex text, as the views read them back; an empty
-        // one removes the stored photo.
-        for (auto it = blobs.cbegin(); it != blobs.cend(); ++it) {
-            if (!storage->setBlob(task.uid, it.key(), it.value().toLatin1(), &error))
-                return failure(error);
-        }
-
-        const QVariant parent = task.params.value(QStringLiteral("parent"));
+        // Views send the parent they showed; only a different one is a move.
+        std::optional<TYPE_ID> parent;
+        const QVariant parentValue = task.params.value(QStringLiteral("parent"));
         bool ok = false;
-        const TYPE_ID parentUid = parent.toUInt(&ok);
-        if (parent.isValid() && ok && parentUid != storage->constObject(task.uid)->parent()
-            && !storage->setParent(task.uid, parentUid, &error))
-            return failure(error);
-        return Outcome{task.uid, QString()};
+        const TYPE_ID parentUid = parentValue.toUInt(&ok);
+        if (parentValue.isValid() && ok && parentUid != object->parent())
+            parent = parentUid;
+
+        QString error;
+        if (!storage->saveChanges(task.uid, parameters, blobs, parent, &error))
+            return storeFailure(error);
+        return Outcome{task.uid, QString(), QString()};
     }
 
     Outcome deleteObject(const TaskInfo &task) const
     {
         const ObjectInfo *object = storage->constObject(task.uid);
         if (!object)
-            return failure(QStringLiteral("object not found: %1").arg(task.uid));
+            return notFound(task.uid);
         // The server never orphans people: a department goes only once it
         // is empty, so a wizard deletes the members first.
         if (ObjectTreeModel *tree = storage->model(ORGSTRUCTURE_DATANAME)) {
             const QModelIndex node = tree->indexOf(task.uid);
             if (node.isValid() && tree->rowCount(node) > 0)
-                return failure(QStringLiteral("object %1 is not empty").arg(task.uid));
+                return failure(tr("Подразделение %1 не пусто: сначала удалите или переведите сотрудников").arg(task.uid),
+                               QStringLiteral("object %1 is not empty").arg(task.uid));
         }
         QString error;
         if (!storage->removeObjects({task.uid}, &error))
-            return failure(error);
-        return Outcome{task.uid, QString()};
+            return storeFailure(error);
+        return Outcome{task.uid, QString(), QString()};
     }
 
     LocalStorage *storage;
@@ -152,11 +178,12 @@ void TaskExecutor::runNext()
     const TaskInfo task = d->queue.dequeue();
     const auto handler = d->handlers.constFind(task.command);
     const Outcome outcome = handler == d->handlers.cend()
-                                ? failure(QStringLiteral("unknown command %1").arg(task.command))
+                                ? failure(tr("Неизвестная команда: %1").arg(task.command),
+                                          QStringLiteral("unknown command %1").arg(task.command))
                                 : (*handler)(task);
     if (outcome.uid == 0) {
         d->lastError = outcome.error;
-        qWarning() << "executor: task failed" << task.id << task.command << task.uid << outcome.error;
+        qWarning() << "executor: task failed" << task.id << task.command << task.uid << outcome.debug;
     }
     reply(task, outcome.uid);
     emit taskFinished(task, outcome.uid != 0, outcome.error);

@@ -4,10 +4,15 @@
 #include <objecttreemodel.h>
 #include <objecttypes.h>
 
+#include <asnobody.h>
+
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <functional>
 
 using namespace nivaro;
 
@@ -48,6 +53,47 @@ QByteArray readAll(const QString &path)
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
+// Runs statements on a file through a connection of the test's own.
+void tamper(const QString &path, const QStringList &statements)
+{
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tamper"));
+        db.setDatabaseName(path);
+        QVERIFY(db.open());
+        QSqlQuery q(db);
+        for (const QString &sql : statements)
+            QVERIFY2(q.exec(sql), qPrintable(sql + q.lastError().text()));
+        QVERIFY(q.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")));
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("tamper"));
+}
+
+int storedVersion(const QString &path)
+{
+    int version = -1;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("version"));
+        db.setDatabaseName(path);
+        QSqlQuery q(db);
+        if (db.open() && q.exec(QStringLiteral("SELECT value FROM meta WHERE key = 'version'")) && q.next())
+            version = q.value(0).toInt();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("version"));
+    return version;
+}
+
+// The store's own connection to a file, for what only SQLite can do to it.
+QSqlDatabase connectionTo(const QString &path)
+{
+    const QStringList names = QSqlDatabase::connectionNames();
+    for (const QString &name : names) {
+        QSqlDatabase db = QSqlDatabase::database(name, false);
+        if (db.databaseName() == path)
+            return db;
+    }
+    return QSqlDatabase();
+}
+
 } // namespace
 
 class TestLocalStorage : public QObject
@@ -64,10 +110,26 @@ private Q_SLOTS:
     void brokenFilesAreRefusedUntouched_data();
     void brokenFilesAreRefusedUntouched();
     void failedWriteLeavesMemoryAlone();
+    void writeFailuresAreExplained_data();
+    void writeFailuresAreExplained();
+    void removalTakesBlobsAndCalendars_data();
+    void removalTakesBlobsAndCalendars();
+    void versionOneFile_data();
+    void versionOneFile();
+    void cardIsValidThroughItsLastDay_data();
+    void cardIsValidThroughItsLastDay();
     void storeLeftOpenClosesWithTheApplication(); // keep last
 
 private:
     QString path() const { return m_dir->filePath(QStringLiteral("store.db")); }
+    // Hands the store to an unprivileged user, with these modes on its
+    // folder and file.
+    AsNobody *leaveToNobody(mode_t folderMode, mode_t fileMode) const
+    {
+        AsNobody::setMode(m_dir->path(), folderMode);
+        AsNobody::setMode(path(), fileMode);
+        return new AsNobody;
+    }
     LocalStorage *store = LocalStorage::instance();
     QScopedPointer<QTemporaryDir> m_dir;
 };
@@ -232,6 +294,7 @@ void TestLocalStorage::brokenFilesAreRefusedUntouched_data()
     QTest::newRow("truncated store") << QStringLiteral("truncated");
     QTest::newRow("foreign sqlite") << QStringLiteral("foreign");
     QTest::newRow("newer version") << QStringLiteral("newer");
+    QTest::newRow("version 0") << QStringLiteral("zero");
     QTest::newRow("row that does not decode") << QStringLiteral("badrow");
 }
 
@@ -258,21 +321,13 @@ void TestLocalStorage::brokenFilesAreRefusedUntouched()
             QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
             f.write(bytes.left(bytes.size() / 3 + 100));
         } else {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tamper"));
-            db.setDatabaseName(path());
-            QVERIFY(db.open());
-            QSqlQuery q(db);
-            if (kind == QLatin1String("foreign"))
-                QVERIFY(q.exec(QStringLiteral("UPDATE meta SET value = 'spreadsheet' WHERE key = 'application'")));
-            else if (kind == QLatin1String("newer"))
-                QVERIFY(q.exec(QStringLiteral("UPDATE meta SET value = '99' WHERE key = 'version'")));
-            else
-                QVERIFY(q.exec(QStringLiteral("UPDATE objects SET body = x'4e564f01ffffffff' WHERE uid = 100")));
-            QVERIFY(q.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)")));
-            q.finish();
-            db.close();
-            db = QSqlDatabase();
-            QSqlDatabase::removeDatabase(QStringLiteral("tamper"));
+            const QHash<QString, QString> statements = {
+                {QStringLiteral("foreign"), QStringLiteral("UPDATE meta SET value = 'spreadsheet' WHERE key = 'application'")},
+                {QStringLiteral("newer"), QStringLiteral("UPDATE meta SET value = '99' WHERE key = 'version'")},
+                {QStringLiteral("zero"), QStringLiteral("UPDATE meta SET value = '0' WHERE key = 'version'")},
+                {QStringLiteral("badrow"), QStringLiteral("UPDATE objects SET body = x'4e564f01ffffffff' WHERE uid = 100")},
+            };
+            tamper(path(), {statements.value(kind)});
         }
     }
     const QByteArray before = readAll(path());
@@ -310,6 +365,170 @@ void TestLocalStorage::failedWriteLeavesMemoryAlone()
     other = QSqlDatabase();
     QSqlDatabase::removeDatabase(QStringLiteral("locker"));
     QVERIFY2(store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Петров")}}, &error), qPrintable(error));
+}
+
+// What the operator reads when a write cannot reach the file, and that
+// nothing changed: the file that cannot be written, the folder that cannot
+// be, and a disk that is full (SQLite's own answer, through a page limit).
+void TestLocalStorage::writeFailuresAreExplained_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<bool>("readOnly");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("read-only file") << QStringLiteral("file") << true << QStringLiteral("Нет прав на запись в файл хранилища");
+    QTest::newRow("read-only folder") << QStringLiteral("folder") << true
+                                      << QStringLiteral("Нет прав на запись в папку хранилища");
+    QTest::newRow("full disk") << QStringLiteral("full") << false
+                               << QStringLiteral("Недостаточно места на диске: изменения не записаны");
+}
+
+void TestLocalStorage::writeFailuresAreExplained()
+{
+    QFETCH(QString, kind);
+    QFETCH(bool, readOnly);
+    QFETCH(QString, reason);
+    QString error;
+    QVERIFY2(store->open(path(), &error), qPrintable(error));
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
+    store->close();
+
+    const bool file = kind == QLatin1String("file");
+    QScopedPointer<AsNobody> nobody(readOnly ? leaveToNobody(file ? 0777 : 0755, file ? 0444 : 0666) : nullptr);
+    if (nobody && !nobody->isActive())
+        QSKIP("needs to run as root to act as another user");
+    QVERIFY2(store->open(path(), &error), qPrintable(error));
+    QCOMPARE(store->isReadOnly(), readOnly);
+    QCOMPARE(store->readOnlyReason(), readOnly ? reason : QString());
+    QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Иванов"));
+    if (!readOnly) {
+        QSqlQuery limit(connectionTo(path()));
+        QVERIFY(limit.exec(QStringLiteral("PRAGMA page_count")) && limit.next());
+        QVERIFY(limit.exec(QStringLiteral("PRAGMA max_page_count = %1").arg(limit.value(0).toInt())));
+    }
+    const QByteArray before = readAll(path());
+    QSignalSpy changed(store, &LocalStorage::dataChanged);
+    const QString large(100000, QLatin1Char('x'));
+    const QList<std::function<bool(QString *)>> writes = {
+        [&](QString *e) { return store->updateParameters(100, {{db::worker::DESCRIPTION, large}}, e); },
+        [&](QString *e) { return store->setBlob(100, db::worker::PHOTO, large.toLatin1(), e); },
+        [&](QString *e) {
+            return store->putObjects(SUBJECT_DATANAME, {worker(101, large, QStringLiteral("2"))}, e);
+        },
+    };
+    for (const auto &write : writes) {
+        error.clear();
+        QVERIFY(!write(&error));
+        QCOMPARE(error, reason);
+    }
+    QCOMPARE(changed.size(), 0);
+    QVERIFY(!store->object(100).hasParameter(db::worker::DESCRIPTION));
+    QVERIFY(store->blob(100, db::worker::PHOTO).isEmpty());
+    QVERIFY(!store->constObject(101));
+    store->close();
+    QCOMPARE(readAll(path()), before);
+}
+
+// What belongs to an object goes with it, also from the file.
+void TestLocalStorage::removalTakesBlobsAndCalendars_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("blob") << QStringLiteral("blob");
+    QTest::newRow("personal schedule") << QStringLiteral("personal");
+    QTest::newRow("schedule history") << QStringLiteral("history");
+    QTest::newRow("absences") << QStringLiteral("absences");
+}
+
+void TestLocalStorage::removalTakesBlobsAndCalendars()
+{
+    QFETCH(QString, kind);
+    QString error;
+    QVERIFY2(store->open(path(), &error), qPrintable(error));
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
+    SCHEDULE_DATA schedule;
+    schedule.id = 3;
+    _WORKER_SCHEDULE_HISTORY_RECORD_V2 assignment;
+    assignment.worker = 100;
+    assignment.scheduleId = 3;
+    _WORKER_ABSENCE_REASON absences;
+    absences.worker = 100;
+    absences.records = {_WORKER_ABSENCE_REASON_RECORD()};
+    auto present = [&] {
+        if (kind == QLatin1String("blob"))
+            return !store->blob(100, db::worker::PHOTO).isEmpty();
+        if (kind == QLatin1String("personal"))
+            return !store->personalSchedules(100).isEmpty();
+        if (kind == QLatin1String("history"))
+            return !store->scheduleHistory(100).isEmpty();
+        return !store->absenceReasons(100).records.isEmpty();
+    };
+    QVERIFY(store->setBlob(100, db::worker::PHOTO, "ffd8") || kind != QLatin1String("blob"));
+    QVERIFY(store->setPersonalSchedules(100, {schedule}) || kind != QLatin1String("personal"));
+    QVERIFY(store->setScheduleHistory(100, {assignment}) || kind != QLatin1String("history"));
+    QVERIFY(store->setAbsenceReasons(absences) || kind != QLatin1String("absences"));
+    QVERIFY(present());
+
+    QVERIFY(store->removeObjects({100}));
+    QVERIFY(!present());
+    store->close();
+    QVERIFY(store->open(path(), &error));
+    QVERIFY(!present());
+}
+
+// A file of the previous format gains the change log when opened writable
+// and keeps its contents; one that cannot be written is read as it is.
+void TestLocalStorage::versionOneFile_data()
+{
+    QTest::addColumn<bool>("readOnly");
+    QTest::addColumn<int>("versionAfter");
+    QTest::newRow("writable: migrated") << false << 2;
+    QTest::newRow("read only: left alone") << true << 1;
+}
+
+void TestLocalStorage::versionOneFile()
+{
+    QFETCH(bool, readOnly);
+    QFETCH(int, versionAfter);
+    QString error;
+    QVERIFY2(store->open(path(), &error), qPrintable(error));
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
+    store->close();
+    tamper(path(), {QStringLiteral("DROP TABLE changes"), QStringLiteral("DELETE FROM meta WHERE key = 'changes_horizon'"),
+                    QStringLiteral("UPDATE meta SET value = '1' WHERE key = 'version'")});
+
+    {
+        QScopedPointer<AsNobody> nobody(readOnly ? leaveToNobody(0777, 0444) : nullptr);
+        if (nobody && !nobody->isActive())
+            QSKIP("needs to run as root to act as another user");
+        QVERIFY2(store->open(path(), &error), qPrintable(error));
+        QCOMPARE(store->isReadOnly(), readOnly);
+        QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Иванов"));
+        QCOMPARE(store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Петров")}}, &error), !readOnly);
+        store->close();
+    }
+    QCOMPARE(storedVersion(path()), versionAfter);
+    QVERIFY2(store->open(path(), &error), qPrintable(error));
+    QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME),
+             readOnly ? QStringLiteral("Иванов") : QStringLiteral("Петров"));
+}
+
+void TestLocalStorage::cardIsValidThroughItsLastDay_data()
+{
+    QTest::addColumn<int>("daysLeft");
+    QTest::addColumn<bool>("active");
+    QTest::newRow("ended yesterday") << -1 << false;
+    QTest::newRow("ends today") << 0 << true;
+    QTest::newRow("ends tomorrow") << 1 << true;
+}
+
+void TestLocalStorage::cardIsValidThroughItsLastDay()
+{
+    QFETCH(int, daysLeft);
+    QFETCH(bool, active);
+    ObjectInfo c = card(500, 100, 123);
+    c.setParameter(db::card::DATE_END, QDate::currentDate().addDays(daysLeft).toString(Qt::ISODate));
+    QVERIFY(store->putObjects(CARD_DATANAME, {c}));
+    QCOMPARE(store->cardIds(100, true), active ? QList<TYPE_ID>{500} : QList<TYPE_ID>());
+    QCOMPARE(store->cards(100, true).size(), active ? 1 : 0);
 }
 
 // Hosts may end without close(): the store must then be closed as the

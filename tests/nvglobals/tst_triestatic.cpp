@@ -46,6 +46,8 @@ private slots:
     void prefixes();
     void removal();
     void repeatedAddIsOnePair();
+    void valueUnderSeveralMatchingKeysComesOnce_data();
+    void valueUnderSeveralMatchingKeysComesOnce();
     void emptyPrefix();
     void emptyKeyIsFiledButNeverFound();
     void copiesAreIndependent();
@@ -126,6 +128,32 @@ void TstTrieStatic::repeatedAddIsOnePair()
     QCOMPARE(find(trie, QStringLiteral("x")), set({6}));
     trie.remove(6);
     QVERIFY(trie.keys().isEmpty());
+}
+
+// An employee filed under "ab" and "abc" is one hit for "a", whether the
+// answer is merged from a few keys or sorted from many.
+void TstTrieStatic::valueUnderSeveralMatchingKeysComesOnce_data()
+{
+    QTest::addColumn<int>("keys");
+    QTest::newRow("two keys") << 2;
+    QTest::newRow("many keys") << 300;
+}
+
+void TstTrieStatic::valueUnderSeveralMatchingKeysComesOnce()
+{
+    QFETCH(int, keys);
+    Trie trie;
+    QString key = QStringLiteral("a");
+    for (int i = 0; i < keys; ++i) {
+        key += QLatin1Char(char('a' + i % 26));
+        trie.add(key, 1);
+        trie.add(key + QStringLiteral("z"), unsigned(100 + i));
+    }
+    Trie::Set found;
+    QVERIFY(trie.contains(QStringLiteral("a"), found));
+    QCOMPARE(found.size(), keys + 1);
+    QCOMPARE(found.values().front(), 1u);
+    QCOMPARE(found.values()[1], 100u);
 }
 
 void TstTrieStatic::emptyPrefix()

@@ -49,7 +49,8 @@ private Q_SLOTS:
     void savesThroughTheEventLoop();
     void failuresReplyZero_data();
     void failuresReplyZero();
-    void reparents();
+    void parentMovesOnlyWhenTheTaskMovesIt_data();
+    void parentMovesOnlyWhenTheTaskMovesIt();
     void photosGoToBlobs();
     void slotWithTextArgument();
     void deletesOnlyEmptyObjects();
@@ -125,9 +126,13 @@ void TestTaskExecutor::failuresReplyZero_data()
     QTest::addColumn<TYPE_ID>("uid");
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("command");
-    QTest::newRow("unknown object") << TYPE_ID(999) << OT_WORKER << QStringLiteral("save_object");
-    QTest::newRow("wrong object_type") << TYPE_ID(100) << OT_DEPARTMENT << QStringLiteral("save_object");
-    QTest::newRow("unknown command") << TYPE_ID(100) << OT_WORKER << QStringLiteral("launch_rocket");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("unknown object") << TYPE_ID(999) << OT_WORKER << QStringLiteral("save_object")
+                                    << QStringLiteral("Объект 999 не найден");
+    QTest::newRow("wrong object_type") << TYPE_ID(100) << OT_DEPARTMENT << QStringLiteral("save_object")
+                                       << QStringLiteral("Тип объекта 100 (%1) не совпадает с типом в задаче (%2)").arg(OT_WORKER, OT_DEPARTMENT);
+    QTest::newRow("unknown command") << TYPE_ID(100) << OT_WORKER << QStringLiteral("launch_rocket")
+                                     << QStringLiteral("Неизвестная команда: launch_rocket");
 }
 
 void TestTaskExecutor::failuresReplyZero()
@@ -135,6 +140,7 @@ void TestTaskExecutor::failuresReplyZero()
     QFETCH(TYPE_ID, uid);
     QFETCH(QString, type);
     QFETCH(QString, command);
+    QFETCH(QString, reason);
     TaskExecutor executor(LocalStorage::instance());
     Receiver receiver;
     QSignalSpy finished(&executor, &TaskExecutor::taskFinished);
@@ -145,20 +151,40 @@ void TestTaskExecutor::failuresReplyZero()
     QTRY_COMPARE(receiver.saved, QList<unsigned int>{0});
     QCOMPARE(finished.size(), 1);
     QVERIFY(!finished.at(0).at(1).toBool());
-    QVERIFY(!finished.at(0).at(2).toString().isEmpty());
-    QVERIFY(!executor.lastError().isEmpty());
+    // The operator reads these: Russian, never the debug line's English.
+    QCOMPARE(finished.at(0).at(2).toString(), reason);
+    QCOMPARE(executor.lastError(), reason);
     QCOMPARE(LocalStorage::instance()->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Иванов"));
 }
 
-void TestTaskExecutor::reparents()
+// A bulk update names no parent: it must not move everyone to the root.
+void TestTaskExecutor::parentMovesOnlyWhenTheTaskMovesIt_data()
 {
-    TaskExecutor executor(LocalStorage::instance());
+    QTest::addColumn<QVariant>("parent");
+    QTest::addColumn<TYPE_ID>("expected");
+    QTest::newRow("no parent entry") << QVariant() << TYPE_ID(20);
+    QTest::newRow("the same parent") << QVariant(20u) << TYPE_ID(20);
+    QTest::newRow("another parent") << QVariant(21u) << TYPE_ID(21);
+}
+
+void TestTaskExecutor::parentMovesOnlyWhenTheTaskMovesIt()
+{
+    QFETCH(QVariant, parent);
+    QFETCH(TYPE_ID, expected);
+    LocalStorage *store = LocalStorage::instance();
+    TaskExecutor executor(store);
     Receiver receiver;
-    TaskInfo task = saveTask(&receiver, 100, OT_WORKER, {});
-    task.params.insert(QStringLiteral("parent"), 21u);
+    TaskInfo task = saveTask(&receiver, 100, OT_WORKER, {{db::worker::FIRST_NAME, QStringLiteral("Пётр")}});
+    if (parent.isValid())
+        task.params.insert(QStringLiteral("parent"), parent);
     executor.execute(task);
     QTRY_COMPARE(receiver.saved, QList<unsigned int>{100});
-    QCOMPARE(LocalStorage::instance()->object(100).parent(), 21u);
+    QCOMPARE(store->object(100).parent(), expected);
+    const QString file = store->fileName();
+    store->close();
+    QVERIFY(store->open(file));
+    QCOMPARE(store->object(100).parent(), expected);
+    QCOMPARE(store->object(100).parameter(db::worker::FIRST_NAME), QStringLiteral("Пётр"));
 }
 
 void TestTaskExecutor::deletesOnlyEmptyObjects()

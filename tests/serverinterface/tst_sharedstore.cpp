@@ -1,0 +1,267 @@
+// Several clients of one store file: each saves only what its tasks change
+// and takes in what the others wrote, announcing it like its own writes.
+
+#include <datanames.h>
+#include <dbparams.h>
+#include <localstorage.h>
+#include <objecttypes.h>
+#include <taskexecutor.h>
+
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace nivaro;
+
+namespace {
+
+// A child run of this program opens the file named here, saves one task
+// and exits: a second client process.
+const char ChildFile[] = "NVD_SHAREDSTORE_CHILD_FILE";
+const char ChildSurname[] = "NVD_SHAREDSTORE_CHILD_SURNAME";
+
+TaskInfo saveTask(TYPE_ID uid, const QHash<QString, QString> &changes)
+{
+    TaskInfo task;
+    task.id = TaskInfo::newId();
+    task.uid = uid;
+    task.command = QStringLiteral("save_object");
+    task.params.insert(QStringLiteral("object_type"), OT_WORKER);
+    task.params.insert(QStringLiteral("parent"), 20u);
+    for (auto it = changes.cbegin(); it != changes.cend(); ++it)
+        task.params.insert(QStringLiteral("property-%1").arg(it.key()), it.value());
+    return task;
+}
+
+// Runs one task to its end; the executor's verdict.
+bool run(TaskExecutor *executor, const TaskInfo &task)
+{
+    QSignalSpy finished(executor, &TaskExecutor::taskFinished);
+    executor->execute(task);
+    return finished.wait(5000) && finished.at(0).at(1).toBool();
+}
+
+int childSave()
+{
+    LocalStorage store;
+    QString error;
+    if (!store.open(qEnvironmentVariable(ChildFile), &error)) {
+        qWarning() << "child: open failed" << error;
+        return 2;
+    }
+    TaskExecutor executor(&store);
+    const bool ok = run(&executor, saveTask(100, {{db::worker::LAST_NAME, qEnvironmentVariable(ChildSurname)}}));
+    store.close();
+    return ok ? 0 : 3;
+}
+
+// The uids a spy on dataChanged saw for one data name.
+QList<unsigned int> changedUids(const QSignalSpy &spy, const QString &dataname)
+{
+    QList<unsigned int> uids;
+    for (const QList<QVariant> &call : spy) {
+        if (call.at(0).toString() == dataname)
+            uids += call.at(1).value<QList<unsigned int>>();
+    }
+    return uids;
+}
+
+} // namespace
+
+class TestSharedStore : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void twoClientsSaveOneEmployee_data();
+    void twoClientsSaveOneEmployee();
+    void arrivalAndRemovalReachTheOtherClient();
+    void randomSavesConverge();
+    void clientBehindTheLogReloadsAll();
+    void anotherProcessIsHeard();
+
+private:
+    QString path() const { return m_dir->filePath(QStringLiteral("shared.db")); }
+    QScopedPointer<QTemporaryDir> m_dir;
+    QScopedPointer<LocalStorage> a;
+    QScopedPointer<LocalStorage> b;
+};
+
+void TestSharedStore::init()
+{
+    qRegisterMetaType<QList<unsigned int>>();
+    m_dir.reset(new QTemporaryDir);
+    a.reset(new LocalStorage);
+    b.reset(new LocalStorage);
+    QString error;
+    QVERIFY2(a->open(path(), &error), qPrintable(error));
+    ObjectInfo w(100, OT_WORKER,
+                 {{db::worker::LAST_NAME, QStringLiteral("Иванов")}, {db::worker::FIRST_NAME, QStringLiteral("Иван")},
+                  {db::worker::MIDDLE_NAME, QStringLiteral("Иванович")}});
+    w.setParent(20);
+    QVERIFY(a->putObjects(SUBJECT_DATANAME, {w}));
+    QVERIFY2(b->open(path(), &error), qPrintable(error));
+}
+
+void TestSharedStore::cleanup()
+{
+    a.reset();
+    b.reset();
+}
+
+// A saves first, then B, each holding the record as it was before either:
+// different fields both survive, the same field ends as the later save
+// wrote it, and each client ends holding what the file holds.
+void TestSharedStore::twoClientsSaveOneEmployee_data()
+{
+    QTest::addColumn<QString>("keyB");
+    QTest::addColumn<QString>("expectedFirstName");
+    QTest::newRow("different fields") << db::worker::MIDDLE_NAME << QStringLiteral("Пётр");
+    QTest::newRow("same field") << db::worker::FIRST_NAME << QStringLiteral("Павел");
+}
+
+void TestSharedStore::twoClientsSaveOneEmployee()
+{
+    QFETCH(QString, keyB);
+    QFETCH(QString, expectedFirstName);
+    TaskExecutor executorA(a.data());
+    TaskExecutor executorB(b.data());
+    QSignalSpy changedA(a.data(), &LocalStorage::dataChanged);
+    QSignalSpy changedB(b.data(), &LocalStorage::dataChanged);
+
+    QVERIFY(run(&executorA, saveTask(100, {{db::worker::FIRST_NAME, QStringLiteral("Пётр")}})));
+    QVERIFY(run(&executorB, saveTask(100, {{keyB, QStringLiteral("Павел")}})));
+    b->checkForChanges(); // its own write: nothing new to announce
+    a->checkForChanges();
+
+    ObjectInfo expected = a->object(100);
+    expected.setParameter(db::worker::FIRST_NAME, expectedFirstName);
+    expected.setParameter(keyB, QStringLiteral("Павел"));
+    QCOMPARE(a->object(100), expected);
+    QCOMPARE(b->object(100), expected);
+    QCOMPARE(changedUids(changedA, SUBJECT_DATANAME), (QList<unsigned int>{100, 100}));
+    QCOMPARE(changedUids(changedB, SUBJECT_DATANAME), QList<unsigned int>{100});
+    a->checkForChanges();
+    QCOMPARE(changedA.size(), 2);
+
+    LocalStorage reader;
+    QVERIFY(reader.open(path()));
+    QCOMPARE(reader.object(100), expected);
+}
+
+// A new employee with a photo arrives as one change, and leaves with it.
+void TestSharedStore::arrivalAndRemovalReachTheOtherClient()
+{
+    QSignalSpy changedA(a.data(), &LocalStorage::dataChanged);
+    QSignalSpy removedA(a.data(), &LocalStorage::dataRemoved);
+    QVERIFY(b->putObjects(SUBJECT_DATANAME, {ObjectInfo(200, OT_WORKER, {{db::worker::LAST_NAME, QStringLiteral("Орлов")}})}));
+    QVERIFY(b->setBlob(200, db::worker::PHOTO, "ffd8"));
+    a->checkForChanges();
+    QCOMPARE(changedUids(changedA, SUBJECT_DATANAME), QList<unsigned int>{200});
+    QCOMPARE(a->blob(200, db::worker::PHOTO), QByteArray("ffd8"));
+
+    QVERIFY(b->removeObjects({200}));
+    a->checkForChanges();
+    QVERIFY(!a->constObject(200));
+    QVERIFY(a->blob(200, db::worker::PHOTO).isEmpty());
+    QCOMPARE(removedA.size(), 1);
+    QCOMPARE(removedA.at(0).at(0).toString(), SUBJECT_DATANAME);
+    QCOMPARE(changedA.size(), 1);
+}
+
+// Saves of random fields from both clients, each looking for the other's
+// writes at random moments (or not): at the end every field, the photo and
+// the parent hold what the last save of them wrote, in both clients and in
+// the file.
+void TestSharedStore::randomSavesConverge()
+{
+    QRandomGenerator rng(20261123);
+    TaskExecutor executorA(a.data());
+    TaskExecutor executorB(b.data());
+    const QStringList keys = {db::worker::LAST_NAME, db::worker::FIRST_NAME, db::worker::MIDDLE_NAME,
+                              db::worker::DESCRIPTION, db::worker::PHOTO};
+    QHash<QString, QString> expected = {{db::worker::LAST_NAME, QStringLiteral("Иванов")},
+                                        {db::worker::FIRST_NAME, QStringLiteral("Иван")},
+                                        {db::worker::MIDDLE_NAME, QStringLiteral("Иванович")}};
+    TYPE_ID expectedParent = 20;
+    for (int i = 0; i < 80; ++i) {
+        const bool byA = rng.bounded(2) == 0;
+        LocalStorage *client = byA ? a.data() : b.data();
+        const QString key = keys.at(rng.bounded(keys.size()));
+        const QString value = rng.bounded(4) == 0 ? QString() : QString::number(1000 + i);
+        TaskInfo task = saveTask(100, {{key, value}});
+        // A view sends the parent it shows; now and then the operator moves the employee.
+        TYPE_ID parent = client->object(100).parent();
+        if (rng.bounded(5) == 0)
+            expectedParent = parent = 20 + rng.bounded(3u);
+        task.params.replace(QStringLiteral("parent"), parent);
+        QVERIFY(run(byA ? &executorA : &executorB, task));
+        expected.insert(key, value);
+        if (rng.bounded(3) == 0)
+            (rng.bounded(2) == 0 ? a : b)->checkForChanges();
+    }
+    a->checkForChanges();
+    b->checkForChanges();
+    LocalStorage reader;
+    QVERIFY(reader.open(path()));
+    for (LocalStorage *client : {a.data(), b.data(), &reader}) {
+        const ObjectInfo object = client->object(100);
+        for (const QString &key : keys) {
+            const QString stored = key == db::worker::PHOTO ? QString::fromLatin1(client->blob(100, key))
+                                                            : object.parameter(key);
+            QCOMPARE(stored, expected.value(key));
+        }
+        QCOMPARE(object.parent(), expectedParent);
+    }
+}
+
+// So many writes that the log was cut short behind A: A reloads it all.
+void TestSharedStore::clientBehindTheLogReloadsAll()
+{
+    QList<ObjectInfo> many;
+    for (TYPE_ID uid = 1000; uid < 11000; ++uid)
+        many.append(ObjectInfo(uid, OT_WORKER, {{db::worker::LAST_NAME, QStringLiteral("Сотрудник %1").arg(uid)}}));
+    QVERIFY(b->putObjects(SUBJECT_DATANAME, many));
+    QVERIFY(b->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Сидоров")}}));
+    QSignalSpy changedA(a.data(), &LocalStorage::dataChanged);
+    a->checkForChanges();
+    QCOMPARE(a->constObjects(SUBJECT_DATANAME)->size(), 10001);
+    QCOMPARE(a->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Сидоров"));
+    QCOMPARE(changedUids(changedA, SUBJECT_DATANAME).size(), 10001);
+    TrieStatic<TYPE_ID>::Set found;
+    QVERIFY(a->index(SUBJECT_SURNAME_INDEX)->contains(QStringLiteral("сид"), found));
+}
+
+// A second program saves; this one hears of it through its own watch.
+void TestSharedStore::anotherProcessIsHeard()
+{
+    QSignalSpy changedA(a.data(), &LocalStorage::dataChanged);
+    QProcess child;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QString::fromLatin1(ChildFile), path());
+    env.insert(QString::fromLatin1(ChildSurname), QStringLiteral("Кузнецов"));
+    child.setProcessEnvironment(env);
+    child.setProcessChannelMode(QProcess::ForwardedChannels);
+    child.start(QCoreApplication::applicationFilePath(), {});
+    QVERIFY(child.waitForFinished(30000));
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(child.exitCode(), 0);
+
+    QTRY_COMPARE(a->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Кузнецов"));
+    QCOMPARE(changedUids(changedA, SUBJECT_DATANAME), QList<unsigned int>{100});
+    QCOMPARE(a->object(100).parameter(db::worker::FIRST_NAME), QStringLiteral("Иван"));
+}
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    if (qEnvironmentVariableIsSet(ChildFile))
+        return childSave();
+    TestSharedStore test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_sharedstore.moc"

@@ -122,6 +122,12 @@ QString ObjectsProgressWizardPage::statusText() const
     return m_status->text();
 }
 
+void ObjectsProgressWizardPage::appendMessage(const QString &text)
+{
+    if (!text.isEmpty())
+        m_buffer->append(text);
+}
+
 QString ObjectsProgressWizardPage::logText() const
 {
     return m_buffer->text();

@@ -40,6 +40,9 @@ public:
 
     QString statusText() const;
     QString logText() const;
+    // A line of the host's own after the page's lines, such as why the
+    // server refused a task; an empty text adds nothing.
+    void appendMessage(const QString &text);
 
 Q_SIGNALS:
     void appendTask(nivaro::TaskInfo task);

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void stopsAtTheFirstFailure();
     void runsThroughTheExecutorIntoTheStore();
     void progressShowsWhileTheRunRuns();
+    void hostLinesFollowTheFailure();
     void deletesMembersBeforeTheirDepartment();
 
 private:
@@ -179,6 +180,20 @@ void TestUpdateObjectWizard::stopsAtTheFirstFailure()
     QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("no task out")));
     page.updated(103); // a late reply changes nothing
     QCOMPARE(bar->value(), 1);
+}
+
+void TestUpdateObjectWizard::hostLinesFollowTheFailure()
+{
+    UpdateProgressWizardPage page;
+    page.setUids({101, 102});
+    const QList<TaskInfo> sent = run(page);
+    page.appendMessage(QString());
+    page.updated(0);
+    page.appendMessage(QStringLiteral("Сервер отказал: нет прав"));
+    page.appendMessage(QString());
+    QCOMPARE(page.logText().split(QLatin1Char('\n')),
+             (QStringList{sent.at(0).startMessage, sent.at(0).errorMessage, QStringLiteral("Сервер отказал: нет прав")}));
+    QCOMPARE(page.statusText(), QStringLiteral("Ошибка"));
 }
 
 void TestUpdateObjectWizard::runsThroughTheExecutorIntoTheStore()

@@ -49,6 +49,15 @@ void ObjectsProgressWizardPage::setUids(const QList<unsigned int> &uids)
     }
 }
 
+QList<unsigned int> ObjectsProgressWizardPage::uids() const
+{
+    QList<unsigned int> uids;
+    uids.reserve(m_objects.size());
+    for (const nivaro::ObjectInfo &object : m_objects)
+        uids.append(object.uid());
+    return uids;
+}
+
 void ObjectsProgressWizardPage::setTaskParameter(const QString &key, const QVariant &value)
 {
     m_taskParameters.insert(key, value);

@@ -33,7 +33,10 @@ public:
     // Takes the objects from the store, in the order given; unknown uids
     // are left out.
     virtual void setUids(const QList<unsigned int> &uids);
+    // The objects still to be done (the one out included), in the order
+    // they go; empty once the run has ended, whichever way.
     int objectCount() const { return m_objects.size(); }
+    QList<unsigned int> uids() const;
 
     void initializePage() override;
     void sendNextObject();

@@ -9,7 +9,6 @@
 #include <QSqlError>
 #include <QSqlQuery>
 
-
 namespace nivaro {
 
 namespace {

@@ -21,11 +21,6 @@ const char *const Schema[] = {
     "CREATE TABLE IF NOT EXISTS run_done(run INTEGER NOT NULL, uid INTEGER NOT NULL, PRIMARY KEY(run, uid))",
 };
 
-QString text(const char *source)
-{
-    return QCoreApplication::translate("RunJournal", source);
-}
-
 template<typename T>
 QByteArray encode(const T &value)
 {
@@ -73,14 +68,15 @@ bool RunJournal::open(const QString &storeFile, QString *error)
     auto fail = [this, error](const QString &why) {
         qDebug() << "run journal: cannot open" << m_storeFile << why;
         if (error)
-            *error = text("Не удалось открыть журнал массовых изменений: %1").arg(why);
+            *error = QCoreApplication::translate("RunJournal", "Не удалось открыть журнал массовых изменений: %1")
+                         .arg(why);
         close();
         return false;
     };
     m_storeFile = storeFile;
     // The journal belongs to a store; it never makes a file of its own.
     if (!QFileInfo(storeFile).isFile())
-        return fail(text("нет файла хранилища %1").arg(storeFile));
+        return fail(QCoreApplication::translate("RunJournal", "нет файла хранилища %1").arg(storeFile));
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
     db.setDatabaseName(storeFile);
     // The store's own connection writes to the same file; wait for it.
@@ -121,7 +117,7 @@ qint64 RunJournal::beginRun(const QString &kind, const QVariantMap &parameters, 
 {
     if (!isOpen()) {
         if (error)
-            *error = text("Журнал массовых изменений не открыт");
+            *error = QCoreApplication::translate("RunJournal", "Журнал массовых изменений не открыт");
         return 0;
     }
     QSqlDatabase db = QSqlDatabase::database(m_connection, false);
@@ -146,7 +142,8 @@ qint64 RunJournal::beginRun(const QString &kind, const QVariantMap &parameters, 
     db.rollback();
     m_locks.erase(id);
     if (error)
-        *error = text("Не удалось записать в журнал массовых изменений: %1").arg(db.lastError().text());
+        *error = QCoreApplication::translate("RunJournal", "Не удалось записать в журнал массовых изменений: %1")
+                     .arg(db.lastError().text());
     return 0;
 }
 

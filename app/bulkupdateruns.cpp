@@ -75,14 +75,14 @@ void BulkUpdateRuns::taskFinished(const nivaro::TaskInfo &task, bool ok, const Q
 
 QList<nivaro::RunJournal::Run> BulkUpdateRuns::interruptedRuns()
 {
-    QList<nivaro::RunJournal::Run> runs = m_journal.interruptedRuns();
+    QList<nivaro::RunJournal::Run> runs = m_journal.interruptedRuns(UpdateKind);
     for (auto it = runs.begin(); it != runs.end();) {
-        if (it->kind == UpdateKind && !key(*it).isEmpty()) {
+        if (!key(*it).isEmpty()) {
             ++it;
             continue;
         }
-        // Not a run this client can repeat; another kind of client may.
-        qDebug() << "bulk runs: leaving run" << it->id << it->kind;
+        // Nothing to repeat without the parameter; it stays for a look.
+        qDebug() << "bulk runs: run without a parameter" << it->id;
         it = runs.erase(it);
     }
     return runs;

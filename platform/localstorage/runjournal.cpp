@@ -173,13 +173,19 @@ bool RunJournal::endRun(qint64 run)
     return true;
 }
 
-QList<RunJournal::Run> RunJournal::interruptedRuns()
+QList<RunJournal::Run> RunJournal::interruptedRuns(const QString &kind)
 {
     QList<Run> runs;
     if (!isOpen())
         return runs;
+    // Runs of other kinds stay free for the clients that can repeat them.
     QSqlQuery q(QSqlDatabase::database(m_connection, false));
-    if (!q.exec(QStringLiteral("SELECT id FROM runs ORDER BY id"))) {
+    if (!q.prepare(QStringLiteral("SELECT id FROM runs WHERE kind = ? ORDER BY id"))) {
+        qDebug() << "run journal: cannot read" << q.lastError().text();
+        return runs;
+    }
+    q.addBindValue(kind);
+    if (!q.exec()) {
         qDebug() << "run journal: cannot read" << q.lastError().text();
         return runs;
     }

@@ -61,10 +61,10 @@ public:
                     QString *error = nullptr);
     bool markDone(qint64 run, TYPE_ID uid);
     bool endRun(qint64 run);
-    // Runs left open by clients that no longer run, oldest first. This
-    // journal takes them over: another client will not offer them again
-    // while this one decides their fate with endRun().
-    QList<Run> interruptedRuns();
+    // Runs of this kind left open by clients that no longer run, oldest
+    // first. This journal takes them over: another client will not offer
+    // them again while this one decides their fate with endRun().
+    QList<Run> interruptedRuns(const QString &kind);
 
     QString lockFileName(qint64 run) const;
 

@@ -80,7 +80,7 @@ void TestRunJournal::runSurvivesItsClient()
         QVERIFY(journal.markDone(run, 3));
         QVERIFY(journal.markDone(run, 3));
         QVERIFY(journal.markDone(run, 1));
-        QVERIFY(journal.interruptedRuns().isEmpty()); // our own run is running
+        QVERIFY(journal.interruptedRuns(QStringLiteral("update")).isEmpty()); // our own run is running
         const qint64 finished = journal.beginRun(QStringLiteral("update"), {}, {7});
         QVERIFY(finished > run);
         QVERIFY(journal.endRun(finished));
@@ -89,7 +89,7 @@ void TestRunJournal::runSurvivesItsClient()
 
     RunJournal next;
     QVERIFY(next.open(store()));
-    const QList<RunJournal::Run> runs = next.interruptedRuns();
+    const QList<RunJournal::Run> runs = next.interruptedRuns(QStringLiteral("update"));
     QCOMPARE(runs.size(), 1);
     const RunJournal::Run &found = runs.constFirst();
     QCOMPARE(found.id, run);
@@ -103,12 +103,12 @@ void TestRunJournal::runSurvivesItsClient()
     // Taken over: a third client does not offer it as well.
     RunJournal third;
     QVERIFY(third.open(store()));
-    QVERIFY(third.interruptedRuns().isEmpty());
+    QVERIFY(third.interruptedRuns(QStringLiteral("update")).isEmpty());
     QVERIFY(!third.endRun(run));
 
     QVERIFY(next.endRun(run));
     QVERIFY(!QFileInfo::exists(next.lockFileName(run)));
-    QVERIFY(third.interruptedRuns().isEmpty());
+    QVERIFY(third.interruptedRuns(QStringLiteral("update")).isEmpty());
 }
 
 void TestRunJournal::liveOwnersRunIsLeftAlone()
@@ -119,10 +119,11 @@ void TestRunJournal::liveOwnersRunIsLeftAlone()
     QVERIFY(other.open(store()));
     const qint64 run = owner.beginRun(QStringLiteral("update"), RunParameters, RunUids);
     QVERIFY(run > 0);
-    QVERIFY(other.interruptedRuns().isEmpty());
+    QVERIFY(other.interruptedRuns(QStringLiteral("update")).isEmpty());
     QVERIFY(!other.markDone(run, 5));
     owner.close();
-    QCOMPARE(other.interruptedRuns().size(), 1);
+    QVERIFY(other.interruptedRuns(QStringLiteral("delete")).isEmpty());
+    QCOMPARE(other.interruptedRuns(QStringLiteral("update")).size(), 1);
 }
 
 void TestRunJournal::killedClientsRunIsFound()
@@ -141,11 +142,11 @@ void TestRunJournal::killedClientsRunIsFound()
 
     RunJournal journal;
     QVERIFY(journal.open(store()));
-    QVERIFY(journal.interruptedRuns().isEmpty()); // its client still runs
+    QVERIFY(journal.interruptedRuns(QStringLiteral("update")).isEmpty()); // its client still runs
 
     child.kill();
     QVERIFY(child.waitForFinished());
-    const QList<RunJournal::Run> runs = journal.interruptedRuns();
+    const QList<RunJournal::Run> runs = journal.interruptedRuns(QStringLiteral("update"));
     QCOMPARE(runs.size(), 1);
     QCOMPARE(runs.constFirst().id, said.mid(6).trimmed().toLongLong());
     QCOMPARE(runs.constFirst().uids, RunUids);

@@ -330,6 +330,12 @@ void TestNvStudio::readOnlyStoreEditsNothing()
     QString error;
     QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
     const QList<nivaro::TYPE_ID> uids = twoEmployees();
+    {
+        // A run cut short, which a writable store would offer to finish.
+        nivaro::RunJournal journal;
+        QVERIFY(journal.open(storePath()));
+        QVERIFY(journal.beginRun(QStringLiteral("update"), {{QStringLiteral("key"), db::worker::LOCKED}}, uids) > 0);
+    }
     MainWindow window(LocalStorage::instance());
     window.show();
     const QString reason = QStringLiteral("файл открыт другой программой");
@@ -350,11 +356,13 @@ void TestNvStudio::readOnlyStoreEditsNothing()
     QVERIFY(!window.frame()->findChild<QPushButton *>(QStringLiteral("saveButton"))->isEnabled());
 
     // Nothing is offered to run on a store that cannot take it.
-    window.askInterrupted = [](const QString &) {
-        [] { QFAIL("asked on a read-only store"); }();
+    int asked = 0;
+    window.askInterrupted = [&asked](const QString &) {
+        ++asked;
         return MainWindow::LeaveAsIs;
     };
     window.offerInterruptedRuns();
+    QCOMPARE(asked, 0);
 }
 
 void TestNvStudio::calendarPagesFollowOneEmployee()

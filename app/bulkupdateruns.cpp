@@ -5,7 +5,6 @@
 
 #include <QDebug>
 
-#include <memory>
 
 namespace {
 const QString UpdateKind = QStringLiteral("update");
@@ -36,13 +35,13 @@ void BulkUpdateRuns::track(UpdateObjectWizard *wizard, const QString &key, const
     const QVariantMap parameters{{KeyParameter, key}, {ValueParameter, value}};
     // The run begins with its first task: a wizard closed on its list page
     // sent nothing and was no run.
-    auto run = std::make_shared<qint64>(-1);
-    connect(wizard, &UpdateObjectWizard::appendTask, this, [this, page, parameters, run](const nivaro::TaskInfo &task) {
-        if (*run < 0)
-            *run = beginRun(page, parameters);
-        m_sent.insert(task.id, {*run, page});
-        m_executor->execute(task);
-    });
+    connect(wizard, &UpdateObjectWizard::appendTask, this,
+            [this, page, parameters, run = qint64(-1)](const nivaro::TaskInfo &task) mutable {
+                if (run < 0)
+                    run = beginRun(page, parameters);
+                m_sent.insert(task.id, {run, page});
+                m_executor->execute(task);
+            });
 }
 
 qint64 BulkUpdateRuns::beginRun(ObjectsProgressWizardPage *page, const QVariantMap &parameters)

@@ -180,12 +180,9 @@ QList<RunJournal::Run> RunJournal::interruptedRuns(const QString &kind)
         return runs;
     // Runs of other kinds stay free for the clients that can repeat them.
     QSqlQuery q(QSqlDatabase::database(m_connection, false));
-    if (!q.prepare(QStringLiteral("SELECT id FROM runs WHERE kind = ? ORDER BY id"))) {
-        qDebug() << "run journal: cannot read" << q.lastError().text();
-        return runs;
-    }
+    q.prepare(QStringLiteral("SELECT id FROM runs WHERE kind = ? ORDER BY id"));
     q.addBindValue(kind);
-    if (!q.exec()) {
+    if (!q.exec()) { // also when the statement could not be prepared
         qDebug() << "run journal: cannot read" << q.lastError().text();
         return runs;
     }

@@ -153,9 +153,14 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     setCentralWidget(splitter);
 
     // The executor answers the view itself (the task names it); the frame
-    // only counts what is out and reports failures.
+    // only counts what is out and reports failures, of its own tasks: a bulk
+    // run's answers would otherwise end its wait while its save is still out.
     connect(m_frame, &PropertyFrame::appendTask, m_executor, &nivaro::TaskExecutor::execute);
-    connect(m_executor, &nivaro::TaskExecutor::taskFinished, m_frame, &PropertyFrame::taskFinished);
+    connect(m_executor, &nivaro::TaskExecutor::taskFinished, m_frame,
+            [this](const nivaro::TaskInfo &task, bool ok, const QString &error) {
+                if (task.widget == m_workerView)
+                    m_frame->taskFinished(task, ok, error);
+            });
 
     statusBar()->addWidget(new QLabel(tr("Хранилище: %1").arg(QDir::toNativeSeparators(storage->fileName()))), 1);
     m_statusAccess->setObjectName(QStringLiteral("storeAccess"));

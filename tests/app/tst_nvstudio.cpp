@@ -45,6 +45,7 @@ private Q_SLOTS:
     void screenshotIsWritten();
     void bulkUpdateWritesTheSelection();
     void failedBulkRunSaysWhy();
+    void bulkRunBesideASaveKeepsTheFrameWaiting();
     void interruptedBulkRunIsOffered_data();
     void interruptedBulkRunIsOffered();
     void readOnlyStoreEditsNothing();
@@ -260,6 +261,32 @@ void TestNvStudio::failedBulkRunSaysWhy()
     QVERIFY(log.at(1).startsWith(QStringLiteral("Ошибка обработки ")));
     QCOMPARE(log.at(2), window.executor()->lastError());
     QVERIFY(!log.at(2).isEmpty());
+    wizard->close();
+}
+
+void TestNvStudio::bulkRunBesideASaveKeepsTheFrameWaiting()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    const QList<nivaro::TYPE_ID> uids = twoEmployees();
+    MainWindow window(LocalStorage::instance());
+    window.show();
+    window.selectUids({uids.at(0)});
+    UpdateObjectWizard *wizard = window.startBulkUpdate({uids.at(1)}, db::worker::LOCKED, QStringLiteral("true"));
+    QVERIFY(wizard);
+    editSurname(window, QStringLiteral("Параллельнова"));
+    wizard->next(); // the executor answers the wizard's task first
+    window.frame()->save();
+    QList<int> pendingAfterWizardTask;
+    connect(window.executor(), &nivaro::TaskExecutor::taskFinished, this, [&](const nivaro::TaskInfo &task) {
+        if (task.widget == wizard->progressPage())
+            pendingAfterWizardTask << window.frame()->pendingTasks();
+    });
+    QTRY_COMPARE(window.frame()->pendingTasks(), 0);
+    // The wizard's answer was not the frame's: its save was still out.
+    QCOMPARE(pendingAfterWizardTask, QList<int>{1});
+    QCOMPARE(LocalStorage::instance()->object(uids.at(0)).parameter(db::worker::LAST_NAME), QStringLiteral("Параллельнова"));
+    QCOMPARE(window.frame()->message(), QStringLiteral("Параметры сохранены"));
     wizard->close();
 }
 

@@ -93,6 +93,8 @@ int main(int argc, char *argv[])
         storage->close();
         return result;
     }
+    // Once the window is up, so that the question has something behind it.
+    QTimer::singleShot(0, &window, &MainWindow::offerInterruptedRuns);
     const int result = app.exec();
     storage->close();
     return result;

@@ -2,6 +2,7 @@
 
 #include "absencepage.h"
 #include "bulkupdatedialog.h"
+#include "bulkupdateruns.h"
 #include "propertyframe.h"
 #include "schedulepage.h"
 #include "studiostartup.h"
@@ -28,6 +29,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -35,6 +37,8 @@
 #include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 using nivaro::TYPE_ID;
 
@@ -68,6 +72,8 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     , m_schedulePage(new SchedulePage(storage))
     , m_absencePage(new AbsencePage(storage))
     , m_statusCounts(new QLabel)
+    , m_statusAccess(new QLabel)
+    , m_runs(new BulkUpdateRuns(m_executor, this))
 {
     setObjectName(QStringLiteral("MainWindow"));
     setWindowTitle(tr("Nivaro-Studio — %1").arg(QFileInfo(storage->fileName()).fileName()));
@@ -81,11 +87,20 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
             return SaveChanges;
         return answer == QMessageBox::Discard ? DiscardChanges : KeepEditing;
     };
+    askInterrupted = [this](const QString &question) {
+        QMessageBox box(QMessageBox::Question, tr("Массовое изменение"), question, QMessageBox::NoButton, this);
+        QPushButton *rest = box.addButton(tr("Выполнить оставшиеся"), QMessageBox::AcceptRole);
+        box.addButton(tr("Оставить как есть"), QMessageBox::RejectRole);
+        box.setDefaultButton(rest);
+        box.exec();
+        return box.clickedButton() == rest ? RunRemaining : LeaveAsIs;
+    };
 
     QMenu *file = menuBar()->addMenu(tr("&Файл"));
     QAction *quit = file->addAction(tr("Выход"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
     QMenu *edit = menuBar()->addMenu(tr("&Правка"));
+    edit->setToolTipsVisible(true); // a disabled action says why
     m_bulkUpdate = edit->addAction(tr("Массовое изменение…"), this, &MainWindow::bulkUpdate);
     m_bulkUpdate->setObjectName(QStringLiteral("bulkUpdateAction"));
     m_bulkUpdate->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_U));
@@ -138,23 +153,29 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     setCentralWidget(splitter);
 
     // The executor answers the view itself (the task names it); the frame
-    // only counts what is out and reports failures.
+    // only counts what is out and reports failures, of its own tasks: a bulk
+    // run's answers would otherwise end its wait while its save is still out.
     connect(m_frame, &PropertyFrame::appendTask, m_executor, &nivaro::TaskExecutor::execute);
-    connect(m_executor, &nivaro::TaskExecutor::taskFinished, m_frame, &PropertyFrame::taskFinished);
+    connect(m_executor, &nivaro::TaskExecutor::taskFinished, m_frame,
+            [this](const nivaro::TaskInfo &task, bool ok, const QString &error) {
+                if (task.widget == m_workerView)
+                    m_frame->taskFinished(task, ok, error);
+            });
 
     statusBar()->addWidget(new QLabel(tr("Хранилище: %1").arg(QDir::toNativeSeparators(storage->fileName()))), 1);
+    m_statusAccess->setObjectName(QStringLiteral("storeAccess"));
+    statusBar()->addPermanentWidget(m_statusAccess);
     statusBar()->addPermanentWidget(m_statusCounts);
     connect(storage, &nivaro::LocalStorage::dataChanged, this, &MainWindow::updateStatus);
     connect(storage, &nivaro::LocalStorage::dataRemoved, this, &MainWindow::updateStatus);
-    connect(storage, &nivaro::LocalStorage::dataChanged, this, [this](const QString &dataname) {
-        if (m_schedulePage->worker() == 0)
-            return;
-        if (dataname == nivaro::WORKER_HISTORY_DATANAME || dataname == nivaro::SCHEDULE_DATANAME || dataname == nivaro::REASON_DATANAME) {
-            m_schedulePage->reload();
-            m_absencePage->reload();
-        }
-    });
+    connect(storage, &nivaro::LocalStorage::dataChanged, this, &MainWindow::storeChanged);
     updateStatus();
+
+    QString error;
+    if (storage->isReadOnly())
+        setStoreReadOnly(storage->readOnlyReason());
+    else if (!m_runs->open(storage->fileName(), &error))
+        statusBar()->showMessage(error, 10000);
 }
 
 MainWindow::~MainWindow() = default;
@@ -234,7 +255,7 @@ void MainWindow::selectionChanged()
         else if (otherName.isEmpty())
             otherName = index.data(Qt::DisplayRole).toString();
     }
-    m_bulkUpdate->setEnabled(updatable);
+    m_bulkUpdate->setEnabled(updatable && !m_readOnly);
     if (m_restoringSelection)
         return;
     if (workers == m_shown)
@@ -280,12 +301,12 @@ void MainWindow::bulkUpdate()
 UpdateObjectWizard *MainWindow::startBulkUpdate(const QList<TYPE_ID> &uids, const QString &key, const QVariant &value)
 {
     // The wizard rewrites what the view shows: settle its edits first.
-    if (!settleUnsaved())
+    if (m_readOnly || !settleUnsaved())
         return nullptr;
     auto *wizard = new UpdateObjectWizard(this);
     wizard->setUids(uids);
     wizard->addUpdateParameter(key, value);
-    connect(wizard, &UpdateObjectWizard::appendTask, m_executor, &nivaro::TaskExecutor::execute);
+    m_runs->track(wizard, key, value);
     wizard->setOption(QWizard::HaveCustomButton1);
     wizard->setButtonText(QWizard::CustomButton1, tr("Сохранить журнал…"));
     connect(wizard, &QWizard::customButtonClicked, wizard, [this, wizard] {
@@ -314,11 +335,10 @@ void MainWindow::showSelection(const QList<TYPE_ID> &uids)
     m_shown = uids;
     m_frame->resetState();
     m_workerView->setCurrent(selection);
-    if (selection.size() == 1)
-        m_frame->setTitle(NVGlobals::objectName(selection.cbegin().value()));
-    else
-        m_frame->setTitle(tr("Выбрано сотрудников: %1").arg(selection.size()));
-    m_frame->showMessage(QString());
+    refreshTitle();
+    // Save stays off on a read-only store, since nothing can be edited;
+    // the message line says why.
+    m_frame->showMessage(m_readOnly ? tr("Только чтение: %1").arg(m_readOnlyReason) : QString());
     // A calendar is one person's: several selected show their properties only.
     const bool single = selection.size() == 1;
     const TYPE_ID worker = single ? selection.cbegin().key() : 0;
@@ -329,6 +349,61 @@ void MainWindow::showSelection(const QList<TYPE_ID> &uids)
     if (!single)
         m_tabs->setCurrentWidget(m_frame);
     m_stack->setCurrentWidget(m_tabs);
+}
+
+void MainWindow::refreshTitle()
+{
+    const nivaro::ObjectInfo *single = m_shown.size() == 1
+        ? m_storage->constObject(m_shown.constFirst(), {nivaro::SUBJECT_DATANAME, nivaro::SUBJECT_FIRED_DATANAME})
+        : nullptr;
+    m_frame->setTitle(single ? NVGlobals::objectName(*single) : tr("Выбрано сотрудников: %1").arg(m_shown.size()));
+}
+
+void MainWindow::storeChanged(const QString &dataname, const QList<TYPE_ID> &uids)
+{
+    if (dataname == nivaro::SUBJECT_DATANAME || dataname == nivaro::SUBJECT_FIRED_DATANAME) {
+        // A saved surname is the title's too.
+        if (std::any_of(uids.cbegin(), uids.cend(), [this](TYPE_ID uid) { return m_shown.contains(uid); }))
+            refreshTitle();
+        return;
+    }
+    if (m_schedulePage->worker() == 0)
+        return;
+    if (dataname == nivaro::WORKER_HISTORY_DATANAME || dataname == nivaro::SCHEDULE_DATANAME || dataname == nivaro::REASON_DATANAME) {
+        m_schedulePage->reload();
+        m_absencePage->reload();
+    }
+}
+
+void MainWindow::setStoreReadOnly(const QString &reason)
+{
+    m_readOnly = true;
+    m_readOnlyReason = reason;
+    m_runs->close();
+    const QString text = tr("Только чтение: %1").arg(reason);
+    m_statusAccess->setText(text);
+    m_workerView->setReadOnly(true);
+    m_frame->showMessage(text);
+    m_bulkUpdate->setEnabled(false);
+    m_bulkUpdate->setToolTip(text);
+}
+
+void MainWindow::offerInterruptedRuns()
+{
+    if (m_readOnly)
+        return;
+    const QList<nivaro::RunJournal::Run> runs = m_runs->interruptedRuns();
+    for (const nivaro::RunJournal::Run &run : runs) {
+        const QList<TYPE_ID> remaining = run.remaining();
+        const QString question = tr("Массовое изменение прервано: обработано %1 из %2 объектов.")
+                                     .arg(run.uids.size() - remaining.size())
+                                     .arg(run.uids.size());
+        // The rest runs as a run of its own; the old one has said all it can.
+        if (askInterrupted(question) == RunRemaining
+            && !startBulkUpdate(remaining, BulkUpdateRuns::key(run), BulkUpdateRuns::value(run)))
+            continue; // not started: offered again next time
+        m_runs->endRun(run.id);
+    }
 }
 
 void MainWindow::applyFilter()

@@ -6,6 +6,8 @@
 #include <QMainWindow>
 
 class AbsencePage;
+class BulkUpdateRuns;
+class UpdateObjectWizard;
 class PropertyFrame;
 class QLabel;
 class QTabWidget;
@@ -29,14 +31,13 @@ class TaskExecutor;
  * figures in the status bar. Saves go through the task executor,
  * which stands in for the server.
  */
-class UpdateObjectWizard;
-
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
     Q_DISABLE_COPY(MainWindow)
 public:
     enum UnsavedChoice { SaveChanges, DiscardChanges, KeepEditing };
+    enum InterruptedChoice { RunRemaining, LeaveAsIs };
 
     explicit MainWindow(nivaro::LocalStorage *storage, QWidget *parent = nullptr);
     ~MainWindow() override;
@@ -67,6 +68,19 @@ public:
     // the executor; null when unsaved edits kept the operator from it.
     UpdateObjectWizard *startBulkUpdate(const QList<nivaro::TYPE_ID> &uids, const QString &key, const QVariant &value);
 
+    // What to do with a bulk update a previous session left unfinished,
+    // given the sentence that tells how far it got. A question box; tests
+    // replace it.
+    std::function<InterruptedChoice(const QString &question)> askInterrupted;
+    // Asks about each run cut short by a client that is gone; once the
+    // window is shown, and never on a store that cannot be written.
+    void offerInterruptedRuns();
+
+    // Nothing may be written: the views show and do not edit, and the
+    // status bar tells why. Called at start for a read-only store.
+    void setStoreReadOnly(const QString &reason);
+    bool isStoreReadOnly() const { return m_readOnly; }
+
 protected:
     void closeEvent(QCloseEvent *event) override;
 
@@ -79,6 +93,8 @@ private Q_SLOTS:
 private:
     bool settleUnsaved();
     void showSelection(const QList<nivaro::TYPE_ID> &uids);
+    void refreshTitle();
+    void storeChanged(const QString &dataname, const QList<nivaro::TYPE_ID> &uids);
 
     nivaro::LocalStorage *m_storage;
     nivaro::TaskExecutor *m_executor;
@@ -94,9 +110,13 @@ private:
     SchedulePage *m_schedulePage;
     AbsencePage *m_absencePage;
     QLabel *m_statusCounts;
+    QLabel *m_statusAccess;
+    BulkUpdateRuns *m_runs;
     QAction *m_bulkUpdate = nullptr;
     QList<nivaro::TYPE_ID> m_shown;
     bool m_restoringSelection = false;
+    bool m_readOnly = false;
+    QString m_readOnlyReason;
 };
 
 #endif

@@ -57,3 +57,5 @@ function(nvd_add_library target)
         add_library(${ARG_ALIAS} ALIAS ${target})
     endif()
 endfunction()
+
+include(NvdSanitizers)

@@ -7,6 +7,7 @@ function(nvd_add_test name)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE Qt5::Test ${ARG_LIBS})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/common)
+    nvd_add_sanitizer_hooks(${name})
     add_test(NAME ${name} COMMAND ${name})
     set(_home ${CMAKE_BINARY_DIR}/testhome/${name})
     set_tests_properties(${name} PROPERTIES

@@ -48,12 +48,10 @@ QString BufferedLog::text() const
 
 void BufferedLog::flush() const
 {
-    if (m_holdingPaints) {
-        m_holdingPaints = false;
-        m_page->setUpdatesEnabled(true);
-    }
-    if (m_waiting.isEmpty())
+    if (m_waiting.isEmpty()) {
+        releasePaints();
         return;
+    }
     // One edit block: the document lays out once for the whole batch.
     QTextCursor batch(m_view->document());
     batch.beginEditBlock();
@@ -63,4 +61,17 @@ void BufferedLog::flush() const
     m_waiting.clear();
     QScrollBar *bar = m_view->verticalScrollBar();
     bar->setValue(bar->maximum());
+    releasePaints();
+}
+
+void BufferedLog::releasePaints() const
+{
+    if (!m_holdingPaints)
+        return;
+    m_holdingPaints = false;
+    m_page->setUpdatesEnabled(true);
+    // Now, not from the event loop: with replies queued one per turn, the
+    // next line would hold the paints again before a posted paint came
+    // round, and the bar would stay blank until the run ended.
+    m_page->repaint();
 }

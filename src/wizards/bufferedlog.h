@@ -15,7 +15,8 @@ class QTextBrowser;
  * and clear() see the lines not yet shown.
  *
  * While lines wait, the page's repaints wait with them: its label and bar
- * keep their values current, and the page paints them once per batch.
+ * keep their values current, and the page paints itself at once with
+ * each batch, so the operator sees the run advance.
  */
 class BufferedLog : public QObject
 {
@@ -32,6 +33,8 @@ public:
     void flush() const;
 
 private:
+    void releasePaints() const;
+
     QTextBrowser *m_view;
     QWidget *m_page;
     mutable bool m_holdingPaints = false;

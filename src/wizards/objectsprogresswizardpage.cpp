@@ -49,6 +49,15 @@ void ObjectsProgressWizardPage::setUids(const QList<unsigned int> &uids)
     }
 }
 
+QList<unsigned int> ObjectsProgressWizardPage::uids() const
+{
+    QList<unsigned int> uids;
+    uids.reserve(m_objects.size());
+    for (const nivaro::ObjectInfo &object : m_objects)
+        uids.append(object.uid());
+    return uids;
+}
+
 void ObjectsProgressWizardPage::setTaskParameter(const QString &key, const QVariant &value)
 {
     m_taskParameters.insert(key, value);
@@ -120,6 +129,12 @@ void ObjectsProgressWizardPage::reply(unsigned int uid)
 QString ObjectsProgressWizardPage::statusText() const
 {
     return m_status->text();
+}
+
+void ObjectsProgressWizardPage::appendMessage(const QString &text)
+{
+    if (!text.isEmpty())
+        m_buffer->append(text);
 }
 
 QString ObjectsProgressWizardPage::logText() const

@@ -33,13 +33,19 @@ public:
     // Takes the objects from the store, in the order given; unknown uids
     // are left out.
     virtual void setUids(const QList<unsigned int> &uids);
+    // The objects still to be done (the one out included), in the order
+    // they go; empty once the run has ended, whichever way.
     int objectCount() const { return m_objects.size(); }
+    QList<unsigned int> uids() const;
 
     void initializePage() override;
     void sendNextObject();
 
     QString statusText() const;
     QString logText() const;
+    // A line of the host's own after the page's lines, such as why the
+    // server refused a task; an empty text adds nothing.
+    void appendMessage(const QString &text);
 
 Q_SIGNALS:
     void appendTask(nivaro::TaskInfo task);

@@ -27,6 +27,12 @@ UpdateObjectWizard::UpdateObjectWizard(QWidget *parent)
     setPage(0, m_listPage);
     setPage(1, m_progressPage);
     m_progressPage->setFinalPage(true);
+    // No way back from the run, neither while it runs nor after: going back
+    // and forth starts the progress page again, which would send the objects
+    // still out a second time, or after a failure report a run of nothing
+    // as a success. The log of the one run is what the operator keeps.
+    m_listPage->setCommitPage(true);
+    setButtonText(QWizard::CommitButton, tr("Выполнить"));
     connect(m_progressPage, &UpdateProgressWizardPage::appendTask, this, &UpdateObjectWizard::appendTask);
 }
 

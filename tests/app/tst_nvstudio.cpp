@@ -8,6 +8,8 @@
 #include <datanames.h>
 #include <dbparams.h>
 #include <localstorage.h>
+#include <nvglobals.h>
+#include <runjournal.h>
 #include <objecttypes.h>
 #include <taskexecutor.h>
 #include <updateobjectwizard.h>
@@ -17,6 +19,8 @@
 #include <workerpropertyview.h>
 
 #include <QAction>
+#include <QLabel>
+#include <QStatusBar>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -40,6 +44,11 @@ private Q_SLOTS:
     void unsavedEditsAskBeforeSwitching();
     void screenshotIsWritten();
     void bulkUpdateWritesTheSelection();
+    void failedBulkRunSaysWhy();
+    void bulkRunBesideASaveKeepsTheFrameWaiting();
+    void interruptedBulkRunIsOffered_data();
+    void interruptedBulkRunIsOffered();
+    void readOnlyStoreEditsNothing();
     void calendarPagesFollowOneEmployee();
 
 private:
@@ -122,6 +131,10 @@ void TestNvStudio::editSurvivesRestart()
         QTRY_COMPARE(window.frame()->pendingTasks(), 0);
         QCOMPARE(window.frame()->message(), QStringLiteral("Параметры сохранены"));
         QVERIFY(!window.frame()->isModified());
+        // The title above the form names the employee as saved.
+        auto *title = window.frame()->findChild<QLabel *>(QStringLiteral("frameTitle"));
+        QCOMPARE(title->text(), NVGlobals::objectName(LocalStorage::instance()->object(uid)));
+        QVERIFY(title->text().contains(QStringLiteral("Перезапускова")));
     }
     LocalStorage::instance()->close();
 
@@ -227,6 +240,156 @@ void TestNvStudio::bulkUpdateWritesTheSelection()
     QVERIFY(!StudioStartup::writeText(m_dir->filePath(QStringLiteral("no/such/dir/log.txt")), QStringLiteral("x"), &error));
     QVERIFY(!error.isEmpty());
     wizard->close();
+}
+
+void TestNvStudio::failedBulkRunSaysWhy()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    const QList<nivaro::TYPE_ID> uids = twoEmployees();
+    MainWindow window(LocalStorage::instance());
+    window.show();
+    UpdateObjectWizard *wizard = window.startBulkUpdate(uids, db::worker::LOCKED, QStringLiteral("true"));
+    QVERIFY(wizard);
+    // Gone from the store behind the wizard's back: the executor refuses it.
+    QVERIFY(LocalStorage::instance()->removeObjects({uids.at(0)}));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("executor: task failed")));
+    wizard->next();
+    QTRY_COMPARE(wizard->progressPage()->statusText(), QStringLiteral("Ошибка"));
+    const QStringList log = wizard->progressPage()->logText().split(QLatin1Char('\n'));
+    QCOMPARE(log.size(), 3);
+    QVERIFY(log.at(1).startsWith(QStringLiteral("Ошибка обработки ")));
+    QCOMPARE(log.at(2), window.executor()->lastError());
+    QVERIFY(!log.at(2).isEmpty());
+    wizard->close();
+}
+
+void TestNvStudio::bulkRunBesideASaveKeepsTheFrameWaiting()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    const QList<nivaro::TYPE_ID> uids = twoEmployees();
+    MainWindow window(LocalStorage::instance());
+    window.show();
+    window.selectUids({uids.at(0)});
+    UpdateObjectWizard *wizard = window.startBulkUpdate({uids.at(1)}, db::worker::LOCKED, QStringLiteral("true"));
+    QVERIFY(wizard);
+    editSurname(window, QStringLiteral("Параллельнова"));
+    wizard->next(); // the executor answers the wizard's task first
+    window.frame()->save();
+    QList<int> pendingAfterWizardTask;
+    connect(window.executor(), &nivaro::TaskExecutor::taskFinished, this, [&](const nivaro::TaskInfo &task) {
+        if (task.widget == wizard->progressPage())
+            pendingAfterWizardTask << window.frame()->pendingTasks();
+    });
+    QTRY_COMPARE(window.frame()->pendingTasks(), 0);
+    // The wizard's answer was not the frame's: its save was still out.
+    QCOMPARE(pendingAfterWizardTask, QList<int>{1});
+    QCOMPARE(LocalStorage::instance()->object(uids.at(0)).parameter(db::worker::LAST_NAME), QStringLiteral("Параллельнова"));
+    QCOMPARE(window.frame()->message(), QStringLiteral("Параметры сохранены"));
+    wizard->close();
+}
+
+void TestNvStudio::interruptedBulkRunIsOffered_data()
+{
+    QTest::addColumn<int>("choice");
+    QTest::newRow("run the rest") << int(MainWindow::RunRemaining);
+    QTest::newRow("leave as is") << int(MainWindow::LeaveAsIs);
+}
+
+void TestNvStudio::interruptedBulkRunIsOffered()
+{
+    QFETCH(int, choice);
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    LocalStorage *store = LocalStorage::instance();
+    QList<nivaro::TYPE_ID> uids = store->constObjects(nivaro::SUBJECT_DATANAME)->uniqueKeys();
+    std::sort(uids.begin(), uids.end());
+    uids = uids.mid(0, 5);
+    QStringList asked;
+    auto answer = [&asked, choice](const QString &question) {
+        asked << question;
+        return MainWindow::InterruptedChoice(choice);
+    };
+    {
+        // The operator closes the wizard with the first object out.
+        MainWindow window(store);
+        window.show();
+        window.askInterrupted = answer;
+        window.offerInterruptedRuns();
+        QVERIFY(asked.isEmpty());
+        UpdateObjectWizard *wizard = window.startBulkUpdate(uids, db::worker::LOCKED, QStringLiteral("true"));
+        QVERIFY(wizard);
+        wizard->next();
+        delete wizard;
+        QTRY_COMPARE(window.executor()->pendingCount(), 0);
+    }
+    QCOMPARE(store->object(uids.at(0)).parameter(db::worker::LOCKED), QStringLiteral("true"));
+    QVERIFY(store->object(uids.at(1)).parameter(db::worker::LOCKED) != QStringLiteral("true"));
+
+    {
+        MainWindow window(store);
+        window.show();
+        window.askInterrupted = answer;
+        window.offerInterruptedRuns();
+        QCOMPARE(asked, QStringList{QStringLiteral("Массовое изменение прервано: обработано 1 из 5 объектов.")});
+        auto *wizard = window.findChild<UpdateObjectWizard *>();
+        QCOMPARE(wizard != nullptr, choice == MainWindow::RunRemaining);
+        if (wizard) {
+            QCOMPARE(wizard->progressPage()->uids(), uids.mid(1));
+            wizard->next();
+            QTRY_COMPARE(wizard->progressPage()->statusText(), QStringLiteral("Успешно завершено"));
+            for (nivaro::TYPE_ID uid : qAsConst(uids))
+                QCOMPARE(store->object(uid).parameter(db::worker::LOCKED), QStringLiteral("true"));
+            wizard->close();
+        }
+    }
+    // Settled either way: neither the old run nor the new one comes back.
+    asked.clear();
+    MainWindow window(store);
+    window.askInterrupted = answer;
+    window.offerInterruptedRuns();
+    QVERIFY(asked.isEmpty());
+}
+
+void TestNvStudio::readOnlyStoreEditsNothing()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    const QList<nivaro::TYPE_ID> uids = twoEmployees();
+    {
+        // A run cut short, which a writable store would offer to finish.
+        nivaro::RunJournal journal;
+        QVERIFY(journal.open(storePath()));
+        QVERIFY(journal.beginRun(QStringLiteral("update"), {{QStringLiteral("key"), db::worker::LOCKED}}, uids) > 0);
+    }
+    MainWindow window(LocalStorage::instance());
+    window.show();
+    const QString reason = QStringLiteral("файл открыт другой программой");
+    window.setStoreReadOnly(reason);
+    QCOMPARE(window.statusBar()->findChild<QLabel *>(QStringLiteral("storeAccess"))->text(),
+             QStringLiteral("Только чтение: файл открыт другой программой"));
+
+    window.selectUids(uids);
+    QVERIFY(!window.bulkUpdateAction()->isEnabled());
+    QVERIFY(window.bulkUpdateAction()->toolTip().contains(reason));
+    QVERIFY(!window.startBulkUpdate(uids, db::worker::LOCKED, QStringLiteral("true")));
+    QVERIFY(window.frame()->message().contains(reason));
+
+    auto *surname = window.workerView()->findChild<QLineEdit *>(QStringLiteral("leSurname"));
+    surname->setFocus();
+    QTest::keyClicks(surname, QStringLiteral("xyz"));
+    QVERIFY(!window.frame()->isModified());
+    QVERIFY(!window.frame()->findChild<QPushButton *>(QStringLiteral("saveButton"))->isEnabled());
+
+    // Nothing is offered to run on a store that cannot take it.
+    int asked = 0;
+    window.askInterrupted = [&asked](const QString &) {
+        ++asked;
+        return MainWindow::LeaveAsIs;
+    };
+    window.offerInterruptedRuns();
+    QCOMPARE(asked, 0);
 }
 
 void TestNvStudio::calendarPagesFollowOneEmployee()

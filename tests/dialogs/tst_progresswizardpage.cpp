@@ -131,6 +131,7 @@ void TestProgressWizardPage::headStaysQueuedUntilReply()
     QCOMPARE(h.page->queuedTaskCount(), 1);
     QCOMPARE(h.bar()->value(), 1);
     QVERIFY(!h.page->isComplete());
+    QCOMPARE(h.finished, 0); // finished with the last reply, not the last task sent
 
     h.page->objectUpdated(6);
     QVERIFY(h.page->isComplete());

@@ -153,6 +153,8 @@ void TestTransferProgressWizardPage::firstFailureEndsTheRun()
 
     page.save(101);
     QCOMPARE(sent.size(), 2); // the next goes out only after the reply
+    QCOMPARE(finished.size(), 0);
+    QVERIFY(!page.isComplete());
     page.save(0);
     QCOMPARE(sent.size(), 2);
     QCOMPARE(page.queuedTaskCount(), 0);

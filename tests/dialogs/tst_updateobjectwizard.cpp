@@ -12,6 +12,8 @@
 #include <taskexecutor.h>
 
 #include <QAbstractButton>
+#include <QProgressBar>
+#include <QTextBrowser>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -24,10 +26,13 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void wizardShape();
-    void noUidsSendsNothing();
+    void sendsOneTaskPerObject_data();
+    void sendsOneTaskPerObject();
     void taskCarriesEveryParameter();
     void stopsAtTheFirstFailure();
     void runsThroughTheExecutorIntoTheStore();
+    void progressShowsWhileTheRunRuns();
+    void hostLinesFollowTheFailure();
     void deletesMembersBeforeTheirDepartment();
 
 private:
@@ -90,13 +95,40 @@ void TestUpdateObjectWizard::wizardShape()
     QTRY_VERIFY(wizard.isNull());
 }
 
-void TestUpdateObjectWizard::noUidsSendsNothing()
+void TestUpdateObjectWizard::sendsOneTaskPerObject_data()
 {
+    QTest::addColumn<QList<unsigned int>>("uids");
+    QTest::addColumn<QList<unsigned int>>("sent");
+    QTest::newRow("none") << QList<unsigned int>{} << QList<unsigned int>{};
+    QTest::newRow("in the order given") << QList<unsigned int>{103, 101} << QList<unsigned int>{103, 101};
+    // A selection holding an employee twice (through the tree and a search)
+    // must not write it twice.
+    QTest::newRow("duplicates") << QList<unsigned int>{101, 102, 101, 102, 102} << QList<unsigned int>{101, 102};
+    QTest::newRow("unknown left out") << QList<unsigned int>{999, 103} << QList<unsigned int>{103};
+}
+
+void TestUpdateObjectWizard::sendsOneTaskPerObject()
+{
+    QFETCH(QList<unsigned int>, uids);
+    QFETCH(QList<unsigned int>, sent);
     UpdateProgressWizardPage page;
-    page.setUids({});
-    const QList<TaskInfo> sent = run(page);
-    QVERIFY(sent.isEmpty());
-    QCOMPARE(page.findChild<NVProgressBar *>(QStringLiteral("progressBar"))->maximum(), 0);
+    if (uids.contains(999))
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("object 999 is not in the store")));
+    page.setUids(uids);
+    QList<TaskInfo> tasks = run(page);
+    auto *bar = page.findChild<NVProgressBar *>(QStringLiteral("progressBar"));
+    QCOMPARE(bar->maximum(), sent.size());
+    // The run ends with the last reply, not with the last task sent.
+    for (int i = 0; i < tasks.size(); ++i) {
+        QVERIFY(!page.isComplete());
+        QVERIFY(page.statusText().isEmpty());
+        page.updated(tasks.at(i).uid);
+    }
+    QList<unsigned int> sentUids;
+    for (const TaskInfo &t : qAsConst(tasks))
+        sentUids << t.uid;
+    QCOMPARE(sentUids, sent);
+    QCOMPARE(bar->value(), sent.size());
     QCOMPARE(page.statusText(), QStringLiteral("Успешно завершено"));
     QVERIFY(page.isComplete());
 }
@@ -150,6 +182,20 @@ void TestUpdateObjectWizard::stopsAtTheFirstFailure()
     QCOMPARE(bar->value(), 1);
 }
 
+void TestUpdateObjectWizard::hostLinesFollowTheFailure()
+{
+    UpdateProgressWizardPage page;
+    page.setUids({101, 102});
+    const QList<TaskInfo> sent = run(page);
+    page.appendMessage(QString());
+    page.updated(0);
+    page.appendMessage(QStringLiteral("Сервер отказал: нет прав"));
+    page.appendMessage(QString());
+    QCOMPARE(page.logText().split(QLatin1Char('\n')),
+             (QStringList{sent.at(0).startMessage, sent.at(0).errorMessage, QStringLiteral("Сервер отказал: нет прав")}));
+    QCOMPARE(page.statusText(), QStringLiteral("Ошибка"));
+}
+
 void TestUpdateObjectWizard::runsThroughTheExecutorIntoTheStore()
 {
     TaskExecutor executor(store);
@@ -166,6 +212,64 @@ void TestUpdateObjectWizard::runsThroughTheExecutorIntoTheStore()
     // Paints held back during the run come back with the last batch.
     QTRY_VERIFY(wizard->progressPage()->updatesEnabled());
     delete wizard;
+}
+
+namespace {
+// Notes the bar's values painted once the log had shown its first lines:
+// before that the page paints as any widget does.
+class PaintWatcher : public QObject
+{
+public:
+    PaintWatcher(QProgressBar *bar, QTextBrowser *log)
+        : m_bar(bar)
+        , m_log(log)
+    {
+        bar->installEventFilter(this);
+    }
+    QList<int> values;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (watched == m_bar && event->type() == QEvent::Paint && !m_log->document()->isEmpty())
+            values << m_bar->value();
+        return false;
+    }
+
+private:
+    QProgressBar *m_bar;
+    QTextBrowser *m_log;
+};
+} // namespace
+
+void TestUpdateObjectWizard::progressShowsWhileTheRunRuns()
+{
+    // Long enough a run that the operator would stare at a blank bar.
+    QList<ObjectInfo> workers;
+    QList<unsigned int> uids;
+    for (TYPE_ID uid = 1000; uid < 6000; ++uid) {
+        ObjectInfo w(uid, OT_WORKER, {{db::worker::LAST_NAME, QStringLiteral("Сотрудник%1").arg(uid)}});
+        w.setParent(20);
+        workers << w;
+        uids << uid;
+    }
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, workers));
+    TaskExecutor executor(store);
+    QScopedPointer<UpdateObjectWizard> wizard(new UpdateObjectWizard);
+    connect(wizard.data(), &UpdateObjectWizard::appendTask, &executor, &TaskExecutor::execute);
+    wizard->setUids(uids);
+    wizard->addUpdateParameter(db::worker::LOCKED, QStringLiteral("true"));
+    wizard->show();
+    QVERIFY(QTest::qWaitForWindowExposed(wizard.data()));
+    auto *bar = wizard->progressPage()->findChild<NVProgressBar *>(QStringLiteral("progressBar"));
+    PaintWatcher watcher(bar, wizard->progressPage()->findChild<QTextBrowser *>(QStringLiteral("logView")));
+    QAbstractButton *back = wizard->button(QWizard::BackButton);
+    wizard->next();
+    QVERIFY(!back->isEnabled());
+    QTRY_COMPARE_WITH_TIMEOUT(wizard->progressPage()->statusText(), QStringLiteral("Успешно завершено"), 60000);
+    QVERIFY(std::any_of(watcher.values.cbegin(), watcher.values.cend(),
+                        [bar](int value) { return value > 0 && value < bar->maximum(); }));
+    QVERIFY(!back->isEnabled());
 }
 
 void TestUpdateObjectWizard::deletesMembersBeforeTheirDepartment()

@@ -40,6 +40,8 @@ private Q_SLOTS:
     void columns();
     void rowsOutOfRange();
     void editsNotifyViews();
+    void removingARowKeepsTheOthers_data();
+    void removingARowKeepsTheOthers();
     void window_data();
     void window();
 
@@ -145,6 +147,30 @@ void TestWorkerAbsenceReasonModel::editsNotifyViews()
     m_model->setAbsenceReasons({});
     QCOMPARE(changed.size(), 2);
     QCOMPARE(m_model->index(0, 1).data().toString(), QStringLiteral("??? 501"));
+}
+
+void TestWorkerAbsenceReasonModel::removingARowKeepsTheOthers_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QList<unsigned int>>("left");
+    QTest::newRow("first") << 0 << QList<unsigned int>{2, 3};
+    QTest::newRow("middle") << 1 << QList<unsigned int>{1, 3};
+    QTest::newRow("last") << 2 << QList<unsigned int>{1, 2};
+}
+
+void TestWorkerAbsenceReasonModel::removingARowKeepsTheOthers()
+{
+    QFETCH(int, row);
+    QFETCH(QList<unsigned int>, left);
+    QSignalSpy removed(m_model.data(), &QAbstractItemModel::rowsRemoved);
+    m_model->removeReason(row);
+    QCOMPARE(removed.size(), 1);
+    QCOMPARE(removed.at(0).at(1).toInt(), row);
+    QList<unsigned int> ids;
+    for (int r = 0; r < m_model->rowCount(); ++r)
+        ids << m_model->workerReason(r).id;
+    QCOMPARE(ids, left);
+    QCOMPARE(m_model->workerReasons().records.size(), left.size());
 }
 
 void TestWorkerAbsenceReasonModel::window_data()

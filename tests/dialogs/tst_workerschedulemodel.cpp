@@ -75,6 +75,7 @@ private Q_SLOTS:
     void mergingReasons();
     void reasonChangeSignalsItsDays();
     void lookUpsKeptAsTheyWere();
+    void indexByDateAgreesWithASearch_data();
     void indexByDateAgreesWithASearch();
     void headers();
     void proxyShowsWholeYears();
@@ -387,8 +388,19 @@ void TestWorkerScheduleModel::lookUpsKeptAsTheyWere()
     QCOMPARE(reversed.rowCount(), 0);
 }
 
+void TestWorkerScheduleModel::indexByDateAgreesWithASearch_data()
+{
+    // Rows the schedule table's owner may take out afterwards, by position.
+    QTest::addColumn<QString>("removed");
+    QTest::newRow("none") << QString();
+    QTest::newRow("first") << QStringLiteral("first");
+    QTest::newRow("a month") << QStringLiteral("month");
+    QTest::newRow("last") << QStringLiteral("last");
+}
+
 void TestWorkerScheduleModel::indexByDateAgreesWithASearch()
 {
+    QFETCH(QString, removed);
     // The look-up as a plain search over the model states it.
     auto search = [this](const QDate &d) {
         const QModelIndexList rows = m_model->match(m_model->index(0, 0), Qt::UserRole, QDate(d.year(), d.month(), 1), -1,
@@ -403,6 +415,14 @@ void TestWorkerScheduleModel::indexByDateAgreesWithASearch()
     };
     m_model->setInterval(QDate(2024, 1, 1), QDate(2024, 1, 1));
     m_model->setInterval(QDate(2024, 1, 1), QDate(2025, 1, 1));
+    QCOMPARE(m_model->indexByDate(QDate(2024, 7, 15)), search(QDate(2024, 7, 15))); // the look-up is built
+    const int rows = m_model->rowCount();
+    if (removed == QLatin1String("first"))
+        QVERIFY(m_model->removeRow(0));
+    else if (removed == QLatin1String("month"))
+        QVERIFY(m_model->removeRow(m_model->indexByDate(QDate(2024, 5, 6)).row()));
+    else if (removed == QLatin1String("last"))
+        QVERIFY(m_model->removeRow(rows - 1));
     for (QDate d(2023, 12, 1); d <= QDate(2026, 1, 31); d = d.addDays(1))
         QCOMPARE(m_model->indexByDate(d), search(d));
 }

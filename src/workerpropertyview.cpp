@@ -167,6 +167,7 @@ void WorkerPropertyView::setCurrent(const nivaro::NVHash<unsigned int, ObjectInf
     m_uids = objects.uniqueKeys();
     m_edited.clear();
     m_pending.clear();
+    m_pendingOrder.clear();
     m_saveFailed = false;
     m_refreshOwed = false;
     m_loading = true;
@@ -678,7 +679,9 @@ void WorkerPropertyView::applyChanges()
     const QString startText = tr("Сохранение параметров сотрудника %1");
     const QString errorText = tr("Ошибка сохранения параметров сотрудника %1");
     forEachChanged([&](const nivaro::ObjectInfo &object, const QHash<QString, QString> &changes) {
-        m_pending.append({object.uid(), changes});
+        if (!m_pending.contains(object.uid()))
+            m_pendingOrder.append(object.uid());
+        m_pending.insert(object.uid(), changes);
         emit appendTask(makeSaveTask(object, changes, startText, errorText));
     });
 }
@@ -699,28 +702,32 @@ void WorkerPropertyView::saved(unsigned int uid)
 {
     // Replies come in the order the tasks went out, and a failure names no
     // object: it answers the oldest save still out.
-    int at = m_pending.isEmpty() ? -1 : 0;
-    if (uid != 0) {
-        at = -1;
-        for (int i = 0; i < m_pending.size() && at < 0; ++i) {
-            if (m_pending.at(i).first == uid)
-                at = i;
+    unsigned int answered = uid;
+    if (uid == 0) {
+        while (!m_pendingOrder.isEmpty() && !m_pending.contains(answered = m_pendingOrder.takeFirst())) {
         }
+    } else if (!m_pendingOrder.isEmpty() && m_pendingOrder.constFirst() == uid) {
+        m_pendingOrder.removeFirst();
+    } else {
+        m_pendingOrder.removeOne(uid);
     }
-    if (at < 0) {
+    const auto it = m_pending.find(answered);
+    if (it == m_pending.end()) {
         qDebug() << "worker view: reply for no outstanding save" << uid;
         return;
     }
-    const QPair<unsigned int, QHash<QString, QString>> done = m_pending.takeAt(at);
     if (uid == 0) {
         // The edits stay for the operator to fix and retry.
         m_saveFailed = true;
-        qDebug() << "worker view: save failed" << done.first;
+        qDebug() << "worker view: save failed" << answered;
     } else {
-        keepSaved(done.first, done.second);
+        keepSaved(uid, *it);
     }
-    if (m_pending.isEmpty())
+    m_pending.erase(it);
+    if (m_pending.isEmpty()) {
+        m_pendingOrder.clear();
         finishSaving();
+    }
 }
 
 // What a confirmed save wrote counts as stored from now on.

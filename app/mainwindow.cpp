@@ -383,7 +383,7 @@ void MainWindow::setStoreReadOnly(const QString &reason)
     const QString text = tr("Только чтение: %1").arg(reason);
     m_statusAccess->setText(text);
     m_workerView->setReadOnly(true);
-    m_frame->showMessage(text);
+    m_frame->setReadOnlyReason(text);
     m_bulkUpdate->setEnabled(false);
     m_bulkUpdate->setToolTip(text);
 }

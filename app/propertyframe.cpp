@@ -76,6 +76,13 @@ void PropertyFrame::setTitle(const QString &title)
     m_title->setText(title);
 }
 
+void PropertyFrame::setReadOnlyReason(const QString &reason)
+{
+    m_readOnlyReason = reason;
+    showMessage(QString());
+    updateButtons();
+}
+
 QString PropertyFrame::message() const
 {
     return m_message->text();
@@ -124,7 +131,7 @@ void PropertyFrame::taskFinished(const nivaro::TaskInfo &task, bool ok, const QS
 void PropertyFrame::showMessage(const QString &message)
 {
     m_message->setStyleSheet(QString());
-    m_message->setText(message);
+    m_message->setText(message.isEmpty() ? m_readOnlyReason : message);
 }
 
 void PropertyFrame::showCriticalMessage(const QString &message)
@@ -147,7 +154,8 @@ void PropertyFrame::resetState()
 void PropertyFrame::updateButtons()
 {
     const bool idle = m_pending == 0;
-    m_save->setEnabled(m_view && m_modified && m_saveAllowed && idle);
-    m_save->setToolTip(m_saveAllowed ? QString() : tr("Проверьте заполнение полей"));
+    const bool writable = m_readOnlyReason.isEmpty();
+    m_save->setEnabled(m_view && m_modified && m_saveAllowed && idle && writable);
+    m_save->setToolTip(!writable ? m_readOnlyReason : m_saveAllowed ? QString() : tr("Проверьте заполнение полей"));
     m_cancel->setEnabled(m_view && m_modified && m_closeAllowed && idle);
 }

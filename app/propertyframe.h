@@ -28,6 +28,9 @@ public:
     void setView(PropertyBaseWidget *view);
     PropertyBaseWidget *view() const { return m_view; }
     void setTitle(const QString &title);
+    // A store that cannot be written: Save stays off with this reason as
+    // its tooltip, and an otherwise empty message line shows it.
+    void setReadOnlyReason(const QString &reason);
 
     bool isModified() const { return m_modified; }
     int pendingTasks() const { return m_pending; }
@@ -61,6 +64,7 @@ private:
     bool m_failed = false;
     int m_pending = 0;
     QString m_saveReason;
+    QString m_readOnlyReason;
 };
 
 #endif

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStorageInfo>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUrl>
@@ -93,6 +94,31 @@ QString StoreFile::failureText(const QSqlError &error)
     }
 }
 
+// Why a store could not be read, when the cause lies around the file (its
+// disk, its folder, another client) rather than in it; empty otherwise.
+QString StoreFile::readFailureText(const QSqlError &error, const QString &fileName)
+{
+    // SQLite reports a full disk met while setting up its shared memory as
+    // an I/O error; the free space tells the two apart.
+    constexpr qint64 LittleRoom = 1 << 20;
+    switch (error.nativeErrorCode().toInt() & 0xff) {
+    case 13: // SQLITE_FULL
+        return tr("Недостаточно места на диске: хранилище не открыть");
+    case 10: // SQLITE_IOERR
+        if (QStorageInfo(folderOf(fileName)).bytesAvailable() < LittleRoom)
+            return tr("Недостаточно места на диске: хранилище не открыть");
+        return tr("Ошибка ввода-вывода при чтении файла хранилища");
+    case 5: // SQLITE_BUSY
+    case 6: // SQLITE_LOCKED
+        return tr("Хранилище занято другим клиентом, повторите попытку");
+    case 8:  // SQLITE_READONLY
+    case 14: // SQLITE_CANTOPEN
+        return tr("Нет доступа к файлу хранилища");
+    default:
+        return QString();
+    }
+}
+
 StoreFile::StoreFile()
     : m_connection(QStringLiteral("nvstudio-store-%1").arg(++connectionCounter))
 {
@@ -151,8 +177,15 @@ bool StoreFile::checkMeta(QSqlDatabase &db, QString *error)
         else if (q.value(0).toString() == QLatin1String("version"))
             version = q.value(1).toInt();
     }
-    if (!readable)
-        qDebug() << "store: no meta table" << q.lastError().text();
+    if (!readable) {
+        qDebug() << "store: no meta table" << q.lastError().nativeErrorCode() << q.lastError().text();
+        // A file we could not read is not therefore foreign: say what kept us.
+        const QString why = readFailureText(q.lastError(), db.databaseName());
+        if (!why.isEmpty()) {
+            *error = why;
+            return false;
+        }
+    }
     if (!readable || application != Application) {
         *error = tr("Это не файл хранилища Nivaro-Studio");
         qDebug() << "store: foreign database" << db.databaseName() << application;

@@ -116,6 +116,7 @@ public:
     static QString failureText(const QSqlError &error);
 
 private:
+    static QString readFailureText(const QSqlError &error, const QString &fileName);
     bool checkHeader(const QString &fileName, QString *error);
     bool checkMeta(QSqlDatabase &db, QString *error);
     bool openConnection(const QString &fileName, bool readOnly, bool immutable, QString *error);

@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QLineEdit>
+#include <QToolTip>
 #include <QWidget>
 
 namespace {
@@ -335,11 +336,15 @@ void NVDialogsUtils::limitTextInput(QLineEdit *edit, int maxLength)
     // textEdited: only what the user typed or pasted, never what a view shows.
     QObject::connect(edit, &QLineEdit::textEdited, edit, [edit](const QString &text) {
         const QString clean = NVGlobals::withoutControlCharacters(text);
-        if (clean.size() == text.size())
-            return;
-        const int cursor = edit->cursorPosition() - (text.size() - clean.size());
-        edit->setText(clean);
-        edit->setCursorPosition(qMax(0, cursor));
+        if (clean.size() != text.size()) {
+            const int cursor = edit->cursorPosition() - (text.size() - clean.size());
+            edit->setText(clean);
+            edit->setCursorPosition(qMax(0, cursor));
+        }
+        // A field that stops taking characters, or a paste cut short, says
+        // why right where the operator types.
+        if (clean.size() >= edit->maxLength())
+            QToolTip::showText(edit->mapToGlobal(QPoint(0, edit->height())), edit->toolTip(), edit);
     });
 }
 

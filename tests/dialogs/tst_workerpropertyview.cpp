@@ -674,9 +674,11 @@ void TestWorkerPropertyView::inputIsCleanedAndBounded()
         edit->insert(typed); // what typing or pasting does
     } else {
         qobject_cast<QPlainTextEdit *>(w)->setPlainText(typed);
-        QToolTip::hideText();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
+    // A text cut at the limit says so at the field.
+    QCOMPARE(QToolTip::isVisible(), typed.size() > 1000);
+    QToolTip::hideText();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     const QList<TaskInfo> tasks = applyAndCollect();
     QCOMPARE(tasks.size(), 1);
     QCOMPARE(tasks.at(0).params.value(QStringLiteral("property-") + key).toString(), written);

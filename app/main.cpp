@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -29,19 +30,38 @@ int fail(const QString &message)
     return 1;
 }
 
+// Options QApplication takes for itself (-platform, -style, ...): unknown to
+// our parser until QApplication has removed them from the arguments.
+bool onlyQtOptionsUnknown(const QCommandLineParser &parser)
+{
+    static const QStringList qtOptions = {
+        QStringLiteral("platform"), QStringLiteral("platformpluginpath"), QStringLiteral("platformtheme"),
+        QStringLiteral("plugin"),   QStringLiteral("qwindowgeometry"),    QStringLiteral("qwindowicon"),
+        QStringLiteral("qwindowtitle"), QStringLiteral("reverse"),        QStringLiteral("session"),
+        QStringLiteral("style"),    QStringLiteral("stylesheet"),         QStringLiteral("widgetcount"),
+        QStringLiteral("display"),  QStringLiteral("geometry"),           QStringLiteral("title"),
+        QStringLiteral("name"),     QStringLiteral("visual"),             QStringLiteral("sync"),
+        QStringLiteral("nograb"),   QStringLiteral("dograb"),
+    };
+    const QStringList unknown = parser.unknownOptionNames();
+    return !unknown.isEmpty()
+        && std::all_of(unknown.cbegin(), unknown.cend(), [](const QString &name) { return qtOptions.contains(name); });
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("nvstudio"));
-    QApplication::setOrganizationName(QStringLiteral("Nivaro"));
-    QApplication::setApplicationVersion(QStringLiteral("6.0"));
+    QCoreApplication::setApplicationName(QStringLiteral("nvstudio"));
+    QCoreApplication::setOrganizationName(QStringLiteral("Nivaro"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("6.0"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Nivaro-Studio administration client"));
-    parser.addHelpOption();
-    parser.addVersionOption();
+    // Qt's own options come with one dash (-platform, -style).
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    const QCommandLineOption helpOption = parser.addHelpOption();
+    const QCommandLineOption versionOption = parser.addVersionOption();
     const QCommandLineOption storeOption(QStringLiteral("store"),
                                          QStringLiteral("Store file to open (created with a sample organisation when missing)."),
                                          QStringLiteral("file"), StudioStartup::defaultStorePath());
@@ -55,7 +75,34 @@ int main(int argc, char *argv[])
                                         QStringLiteral("Page of the employee the screenshot shows: properties, schedule or absences."),
                                         QStringLiteral("page"), QStringLiteral("properties"));
     parser.addOptions({storeOption, generateOption, screenshotOption, pageOption});
-    parser.process(app);
+
+    // The options are read before a GUI exists, so that --help, --version
+    // and a mistyped option answer on a machine without a display.
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    if (!parser.parse(arguments) && !onlyQtOptionsUnknown(parser)) {
+        std::fprintf(stderr, "nvstudio: %s\n", qUtf8Printable(parser.errorText()));
+        return 2;
+    }
+    if (parser.isSet(helpOption)) {
+        // The help names the program from the application's arguments; a
+        // core application needs no display.
+        const QCoreApplication core(argc, argv);
+        std::fputs(qUtf8Printable(parser.helpText()), stdout);
+        return 0;
+    }
+    if (parser.isSet(versionOption)) {
+        std::printf("nvstudio %s\n", qUtf8Printable(QCoreApplication::applicationVersion()));
+        return 0;
+    }
+
+    QApplication app(argc, argv);
+    // Now without Qt's own options, which QApplication took out.
+    if (!parser.parse(QCoreApplication::arguments())) {
+        std::fprintf(stderr, "nvstudio: %s\n", qUtf8Printable(parser.errorText()));
+        return 2;
+    }
 
     const QString path = parser.value(storeOption);
     int employees = 0;

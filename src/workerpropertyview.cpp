@@ -555,6 +555,7 @@ void WorkerPropertyView::snilsEdited(const QString &)
     if (m_loading)
         return;
     edited(db::worker::SNILS);
+    ui->leSnils->setPlaceholderText(QString());
 }
 
 void WorkerPropertyView::innChanged(const QString &)

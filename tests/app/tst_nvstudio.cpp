@@ -23,6 +23,7 @@
 #include <QLabel>
 #include <QStatusBar>
 #include <QLineEdit>
+#include <QProcess>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -51,6 +52,8 @@ private Q_SLOTS:
     void interruptedBulkRunIsOffered();
     void readOnlyStoreEditsNothing();
     void calendarPagesFollowOneEmployee();
+    void commandLineWithoutDisplay_data();
+    void commandLineWithoutDisplay();
 
 private:
     QString storePath() const { return m_dir->filePath(QStringLiteral("test.store")); }
@@ -451,6 +454,40 @@ void TestNvStudio::calendarPagesFollowOneEmployee()
     QVERIFY(!tabs->isTabEnabled(1) && !tabs->isTabEnabled(2));
     QCOMPARE(tabs->currentIndex(), 0);
     QVERIFY(window.schedulePage()->model()->schedules().isEmpty());
+}
+
+void TestNvStudio::commandLineWithoutDisplay_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("output");
+    QTest::newRow("help") << QStringList{QStringLiteral("--help")} << 0 << QStringLiteral("--store");
+    QTest::newRow("version") << QStringList{QStringLiteral("--version")} << 0 << QStringLiteral("nvstudio 6.0");
+    QTest::newRow("unknown option") << QStringList{QStringLiteral("--stroe"), QStringLiteral("x")} << 2
+                                    << QStringLiteral("stroe");
+    QTest::newRow("Qt's own option beside help")
+        << QStringList{QStringLiteral("-platform"), QStringLiteral("xcb"), QStringLiteral("--help")} << 0
+        << QStringLiteral("--generate");
+}
+
+// A machine without a display still answers what the program is and takes.
+void TestNvStudio::commandLineWithoutDisplay()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, output);
+    QProcess nvstudio;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.remove(QStringLiteral("DISPLAY"));
+    env.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    nvstudio.setProcessEnvironment(env);
+    nvstudio.start(QCoreApplication::applicationDirPath() + QStringLiteral("/nvstudio"), arguments);
+    QVERIFY(nvstudio.waitForFinished(60000));
+    QCOMPARE(nvstudio.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(nvstudio.exitCode(), exitCode);
+    const QString all = QString::fromUtf8(nvstudio.readAllStandardOutput() + nvstudio.readAllStandardError());
+    QVERIFY2(all.contains(output), qPrintable(all));
 }
 
 QTEST_MAIN(TestNvStudio)

@@ -189,6 +189,9 @@ void TestWorkerPropertyView::mixedValuesShowPlaceholders()
     QCOMPARE(child<NVComboBox>("cbGender")->currentText(), Mixed);
     QCOMPARE(child<NVComboBox>("cbGender")->currentData().toInt(), -1);
     QCOMPARE(child<SnilsEdit>("leSnils")->placeholderText(), Mixed);
+    // Typing into a mixed field clears its placeholder, as in every other field.
+    child<SnilsEdit>("leSnils")->setText(QStringLiteral("11223344595"));
+    QCOMPARE(child<SnilsEdit>("leSnils")->placeholderText(), QString());
 
     // One employee again: the mixed row of the sex list is gone.
     m_view->setCurrent(selectionOf({employee(1)}));

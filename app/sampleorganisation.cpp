@@ -2,10 +2,12 @@
 
 #include <datanames.h>
 #include <dbparams.h>
+#include <innvalidator.h>
 #include <localstorage.h>
 #include <nvguiglobals.h>
 #include <objecttypes.h>
 #include <scheduledata.h>
+#include <snilsedit.h>
 
 #include <QColor>
 #include <QDebug>
@@ -308,7 +310,7 @@ private:
             o.setParameter(db::worker::DOC_SERIES, QStringLiteral("N%1").arg(m_rng.bounded(100, 999)));
         }
         o.setParameter(db::worker::DOC_NUMBER, QStringLiteral("%1").arg(m_rng.bounded(1000000), 6, 10, QLatin1Char('0')));
-        o.setParameter(db::worker::SNILS, SampleOrganisation::snilsWithCheckSum(2000000 + index * 37 % 997000000));
+        o.setParameter(db::worker::SNILS, SnilsEdit::withCheckSum(QStringLiteral("%1").arg(2000000 + index * 37 % 997000000, 9, 10, QLatin1Char('0'))));
         o.setParameter(db::orgstructure::common::INN, personalInn());
         o.setParameter(db::worker::DATE_BEGIN, QDate(2015, 1, 1).addDays(m_rng.bounded(3000)).toString(Qt::ISODate));
         o.setParameter(db::worker::SCHEDULE, QString::number(1 + m_rng.bounded(3)));
@@ -348,19 +350,15 @@ private:
         QString ten = QStringLiteral("77");
         for (int i = 0; i < 8; ++i)
             ten += QChar(QLatin1Char(char('0' + m_rng.bounded(10))));
-        return SampleOrganisation::personalInnWithCheckDigits(ten);
+        return INNValidator::withCheckDigits(ten);
     }
 
     QString organisationInn()
     {
-        static const int weights[] = {2, 4, 10, 3, 5, 9, 4, 6, 8};
         QString digits = QStringLiteral("77");
         for (int i = 0; i < 7; ++i)
             digits += QChar(QLatin1Char(char('0' + m_rng.bounded(10))));
-        int sum = 0;
-        for (int i = 0; i < 9; ++i)
-            sum += digits.at(i).digitValue() * weights[i];
-        return digits + QString::number(sum % 11 % 10);
+        return INNValidator::withCheckDigits(digits);
     }
 
     // Absence reasons, then for the first employees their schedule
@@ -446,37 +444,6 @@ private:
 
 } // namespace
 
-QString SampleOrganisation::snilsWithCheckSum(int nineDigits)
-{
-    const QString digits = QStringLiteral("%1").arg(nineDigits, 9, 10, QLatin1Char('0'));
-    int sum = 0;
-    for (int i = 0; i < 9; ++i)
-        sum += digits.at(i).digitValue() * (9 - i);
-    int check = sum;
-    if (sum == 100 || sum == 101)
-        check = 0;
-    else if (sum > 101) {
-        check = sum % 101;
-        if (check == 100)
-            check = 0;
-    }
-    return digits + QStringLiteral("%1").arg(check, 2, 10, QLatin1Char('0'));
-}
-
-QString SampleOrganisation::personalInnWithCheckDigits(const QString &tenDigits)
-{
-    static const int w11[] = {7, 2, 4, 10, 3, 5, 9, 4, 6, 8};
-    static const int w12[] = {3, 7, 2, 4, 10, 3, 5, 9, 4, 6, 8};
-    QString digits = tenDigits;
-    int sum = 0;
-    for (int i = 0; i < 10; ++i)
-        sum += digits.at(i).digitValue() * w11[i];
-    digits += QString::number(sum % 11 % 10);
-    sum = 0;
-    for (int i = 0; i < 11; ++i)
-        sum += digits.at(i).digitValue() * w12[i];
-    return digits + QString::number(sum % 11 % 10);
-}
 
 bool SampleOrganisation::generate(nivaro::LocalStorage *storage, const Options &options, QString *error)
 {

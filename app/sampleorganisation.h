@@ -32,11 +32,6 @@ public:
     // Writes everything into the store (and so its file) in a few large
     // transactions. Returns false with a reason when the store refuses.
     static bool generate(nivaro::LocalStorage *storage, const Options &options, QString *error);
-
-    // Check digits by the rules the edits validate with, so generated
-    // numbers are accepted by the forms.
-    static QString snilsWithCheckSum(int nineDigits);
-    static QString personalInnWithCheckDigits(const QString &tenDigits);
 };
 
 #endif

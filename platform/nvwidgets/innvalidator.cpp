@@ -19,15 +19,25 @@ INNValidator::INNValidator(Kind kind, QObject *parent)
 {
 }
 
+QString INNValidator::withCheckDigits(const QString &digits)
+{
+    auto digit = [](int value) { return QChar(QLatin1Char(char('0' + value))); };
+    if (digits.size() == 9)
+        return digits + digit(checkDigit(digits, {2, 4, 10, 3, 5, 9, 4, 6, 8}));
+    if (digits.size() != 10)
+        return digits;
+    const QString eleven = digits + digit(checkDigit(digits, {7, 2, 4, 10, 3, 5, 9, 4, 6, 8}));
+    return eleven + digit(checkDigit(eleven, {3, 7, 2, 4, 10, 3, 5, 9, 4, 6, 8}));
+}
+
 bool INNValidator::isValidInn10(const QString &digits)
 {
-    return digits.size() == 10 && checkDigit(digits, {2, 4, 10, 3, 5, 9, 4, 6, 8}) == digits.at(9).digitValue();
+    return digits.size() == 10 && withCheckDigits(digits.left(9)) == digits;
 }
 
 bool INNValidator::isValidInn12(const QString &digits)
 {
-    return digits.size() == 12 && checkDigit(digits, {7, 2, 4, 10, 3, 5, 9, 4, 6, 8}) == digits.at(10).digitValue()
-        && checkDigit(digits, {3, 7, 2, 4, 10, 3, 5, 9, 4, 6, 8}) == digits.at(11).digitValue();
+    return digits.size() == 12 && withCheckDigits(digits.left(10)) == digits;
 }
 
 QValidator::State INNValidator::validate(QString &input, int &) const

@@ -26,6 +26,9 @@ public:
 
     static bool isValidInn10(const QString &digits);
     static bool isValidInn12(const QString &digits);
+    // The number with its check digits added: 9 digits give an
+    // organisation's INN, 10 a person's. Other input comes back as it is.
+    static QString withCheckDigits(const QString &digits);
 
 private:
     Kind m_kind;

@@ -103,13 +103,18 @@ bool SnilsEdit::isValidSnils(const QString &digits)
     // Numbers up to 001-001-998 were issued before check sums existed.
     if (digits.leftRef(9).toInt() <= 1001998)
         return true;
+    return withCheckSum(digits.left(9)) == digits;
+}
+
+QString SnilsEdit::withCheckSum(const QString &nineDigits)
+{
     int sum = 0;
-    for (int i = 0; i < 9; ++i)
-        sum += digits.at(i).digitValue() * (9 - i);
+    for (int i = 0; i < 9 && i < nineDigits.size(); ++i)
+        sum += nineDigits.at(i).digitValue() * (9 - i);
     int check = sum;
     if (sum == 100 || sum == 101)
         check = 0;
     else if (sum > 101)
         check = sum % 101 == 100 ? 0 : sum % 101;
-    return digits.rightRef(2).toInt() == check;
+    return nineDigits + QStringLiteral("%1").arg(check, 2, 10, QLatin1Char('0'));
 }

@@ -23,6 +23,8 @@ public:
     // carry no check sum and are accepted when complete).
     bool isAcceptable() const;
     static bool isValidSnils(const QString &digits);
+    // Nine digits followed by their two-digit check sum.
+    static QString withCheckSum(const QString &nineDigits);
 
     // Shows an empty field with this placeholder (e.g. for differing values
     // of several employees). The mask would hide a placeholder, so it is

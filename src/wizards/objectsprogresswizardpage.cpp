@@ -122,8 +122,8 @@ void ObjectsProgressWizardPage::reply(unsigned int uid)
     }
     m_buffer->append(m_run.doneText.arg(name));
     m_objects.removeFirst();
-    m_bar->setValue(m_bar->value() + 1);
     sendNextObject();
+    m_bar->setValue(m_bar->value() + 1);
 }
 
 QString ObjectsProgressWizardPage::statusText() const

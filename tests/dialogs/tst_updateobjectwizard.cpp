@@ -115,8 +115,11 @@ void TestUpdateObjectWizard::sendsOneTaskPerObject()
     if (uids.contains(999))
         QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("object 999 is not in the store")));
     page.setUids(uids);
-    QList<TaskInfo> tasks = run(page);
     auto *bar = page.findChild<NVProgressBar *>(QStringLiteral("progressBar"));
+    // A reply logs, sends the next task and only then raises the bar.
+    QList<int> barAtSend;
+    connect(&page, &UpdateProgressWizardPage::appendTask, this, [&] { barAtSend << bar->value(); });
+    QList<TaskInfo> tasks = run(page);
     QCOMPARE(bar->maximum(), sent.size());
     // The run ends with the last reply, not with the last task sent.
     for (int i = 0; i < tasks.size(); ++i) {
@@ -129,6 +132,8 @@ void TestUpdateObjectWizard::sendsOneTaskPerObject()
         sentUids << t.uid;
     QCOMPARE(sentUids, sent);
     QCOMPARE(bar->value(), sent.size());
+    for (int i = 0; i < barAtSend.size(); ++i)
+        QCOMPARE(barAtSend.at(i), qMax(0, i - 1));
     QCOMPARE(page.statusText(), QStringLiteral("Успешно завершено"));
     QVERIFY(page.isComplete());
 }

@@ -14,11 +14,18 @@ void NewWorkerProgressWizardPage::initializePage()
 {
     clearMessages();
     auto *parameters = wizard() ? qobject_cast<NewWorkerWizardParametersPage *>(wizard()->page(0)) : nullptr;
-    if (!parameters || !parameters->verifyCreateWorker()) {
+    m_refused = !parameters || !parameters->verifyCreateWorker();
+    if (m_refused) {
         appendMessage(tr("Операция отменена"));
+        emit completeChanged();
         return;
     }
     BaseProgressWizardPage::initializePage();
+}
+
+bool NewWorkerProgressWizardPage::isComplete() const
+{
+    return !m_refused && BaseProgressWizardPage::isComplete();
 }
 
 void NewWorkerProgressWizardPage::save(unsigned int uid)

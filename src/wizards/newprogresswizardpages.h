@@ -14,14 +14,19 @@ class NVDIALOGS_EXPORT NewWorkerProgressWizardPage : public BaseProgressWizardPa
 public:
     explicit NewWorkerProgressWizardPage(QWidget *parent = nullptr);
 
-    // Runs the queue only when the parameters page (page 0) agrees.
+    // Runs the queue only when the parameters page (page 0) agrees; a
+    // refused run leaves the page incomplete, even with nothing queued.
     void initializePage() override;
+    bool isComplete() const override;
 
 public Q_SLOTS:
     void save(unsigned int uid);
     void saveParameters(unsigned int uid);
     void saveCards(unsigned int uid, const QString &cards);
     void saveAccess(unsigned int uid);
+
+private:
+    bool m_refused = false;
 };
 
 /** The progress page of the new firm wizard. */

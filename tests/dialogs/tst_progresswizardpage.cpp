@@ -292,15 +292,18 @@ void TestProgressWizardPage::newWorkerPageNeedsItsParametersPage_data()
 {
     QTest::addColumn<int>("first"); // 0 none, 1 refusing, 2 agreeing
     QTest::addColumn<bool>("runs");
-    QTest::newRow("no parameters page") << 0 << false;
-    QTest::newRow("parameters page refuses") << 1 << false;
-    QTest::newRow("parameters page agrees") << 2 << true;
+    QTest::addColumn<bool>("queued");
+    QTest::newRow("no parameters page") << 0 << false << true;
+    QTest::newRow("parameters page refuses") << 1 << false << true;
+    QTest::newRow("refused with nothing queued") << 1 << false << false;
+    QTest::newRow("parameters page agrees") << 2 << true << true;
 }
 
 void TestProgressWizardPage::newWorkerPageNeedsItsParametersPage()
 {
     QFETCH(int, first);
     QFETCH(bool, runs);
+    QFETCH(bool, queued);
 
     QWizardPage *firstPage = first == 0 ? new QWizardPage
                              : first == 1 ? static_cast<QWizardPage *>(new RefusingParametersPage)
@@ -308,7 +311,8 @@ void TestProgressWizardPage::newWorkerPageNeedsItsParametersPage()
     auto *page = new NewWorkerProgressWizardPage;
     Harness h(page, firstPage);
     page->appendMessage(QStringLiteral("старое"));
-    page->addTask(makeTask(QStringLiteral("сотрудник"), QStringLiteral("save_object"), QStringLiteral("save")));
+    if (queued)
+        page->addTask(makeTask(QStringLiteral("сотрудник"), QStringLiteral("save_object"), QStringLiteral("save")));
     page->initializePage();
     QCOMPARE(h.sent.size(), runs ? 1 : 0);
     QCOMPARE(h.log(), runs ? QStringList{QStringLiteral("Начато: сотрудник")}

@@ -2,13 +2,12 @@
 
 #include <QScrollBar>
 #include <QTextBrowser>
-#include <QTextCursor>
 #include <QWidget>
 
 namespace {
-// Long enough to take many replies of a fast executor, short enough that a
-// person sees the log follow the run.
-constexpr int FlushIntervalMs = 100;
+// Often enough that a person sees the run advance, rarely enough that a
+// fast executor's thousands of lines cost a few paints.
+constexpr int PaintIntervalMs = 100;
 } // namespace
 
 BufferedLog::BufferedLog(QTextBrowser *view, QWidget *page)
@@ -17,58 +16,51 @@ BufferedLog::BufferedLog(QTextBrowser *view, QWidget *page)
     , m_page(page)
 {
     m_timer.setSingleShot(true);
-    m_timer.setInterval(FlushIntervalMs);
-    connect(&m_timer, &QTimer::timeout, this, &BufferedLog::flush);
+    m_timer.setInterval(PaintIntervalMs);
+    connect(&m_timer, &QTimer::timeout, this, &BufferedLog::releasePaints);
 }
 
 void BufferedLog::append(const QString &text)
 {
-    m_waiting.append(text);
-    if (m_timer.isActive())
-        return;
-    m_timer.start();
-    // Someone else may hold the page's paints; then they release them.
-    if (m_page->updatesEnabled()) {
-        m_page->setUpdatesEnabled(false);
-        m_holdingPaints = true;
+    m_view->append(text);
+    QScrollBar *bar = m_view->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    if (!m_holdingPaints) {
+        holdPaints();
+    } else if (m_sincePaint.hasExpired(PaintIntervalMs)) {
+        // The run has not returned to the event loop since the last paint.
+        releasePaints();
+        holdPaints();
     }
 }
 
 void BufferedLog::clear()
 {
-    m_waiting.clear();
     m_view->clear();
 }
 
 QString BufferedLog::text() const
 {
-    flush();
     return m_view->toPlainText();
 }
 
-void BufferedLog::flush() const
+void BufferedLog::holdPaints()
 {
-    if (m_waiting.isEmpty()) {
-        releasePaints();
+    // Someone else may hold the page's paints; then they release them.
+    if (!m_page->updatesEnabled())
         return;
-    }
-    // One edit block: the document lays out once for the whole batch.
-    QTextCursor batch(m_view->document());
-    batch.beginEditBlock();
-    for (const QString &line : qAsConst(m_waiting))
-        m_view->append(line);
-    batch.endEditBlock();
-    m_waiting.clear();
-    QScrollBar *bar = m_view->verticalScrollBar();
-    bar->setValue(bar->maximum());
-    releasePaints();
+    m_page->setUpdatesEnabled(false);
+    m_holdingPaints = true;
+    m_sincePaint.start();
+    m_timer.start();
 }
 
-void BufferedLog::releasePaints() const
+void BufferedLog::releasePaints()
 {
     if (!m_holdingPaints)
         return;
     m_holdingPaints = false;
+    m_timer.stop();
     m_page->setUpdatesEnabled(true);
     // Now, not from the event loop: with replies queued one per turn, the
     // next line would hold the paints again before a posted paint came

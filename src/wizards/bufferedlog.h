@@ -1,22 +1,23 @@
 #ifndef BUFFEREDLOG_H
 #define BUFFEREDLOG_H
 
+#include <QElapsedTimer>
 #include <QObject>
-#include <QStringList>
 #include <QTimer>
 
 class QTextBrowser;
 
 /**
- * The log of a progress page. Lines reach the view in batches: a run with
- * a reply per event-loop turn would otherwise lay out and repaint the whole
- * view once per line, which costs more than the tasks themselves. Every
- * line still ends up in the view, in order, with the newest in view; text()
- * and clear() see the lines not yet shown.
+ * The log of a progress page. Every line is in the view, with the newest
+ * scrolled into view, as soon as append() returns: the host reads the log
+ * and its scroll position whenever it likes. What waits is the drawing: a
+ * run with a reply per event-loop turn would otherwise repaint the page
+ * once per line, which costs more than the tasks themselves.
  *
- * While lines wait, the page's repaints wait with them: its label and bar
- * keep their values current, and the page paints itself at once with
- * each batch, so the operator sees the run advance.
+ * So while lines come, the page's paints are held, and the page paints
+ * itself at most every 100 ms (from append() when the run never returns
+ * to the event loop, else from a timer), and once more after the last
+ * line; the operator sees the label, the bar and the log advance.
  */
 class BufferedLog : public QObject
 {
@@ -29,16 +30,15 @@ public:
     void append(const QString &text);
     void clear();
     QString text() const;
-    // Shows the waiting lines now.
-    void flush() const;
 
 private:
-    void releasePaints() const;
+    void holdPaints();
+    void releasePaints();
 
     QTextBrowser *m_view;
     QWidget *m_page;
-    mutable bool m_holdingPaints = false;
-    mutable QStringList m_waiting;
+    bool m_holdingPaints = false;
+    QElapsedTimer m_sincePaint;
     QTimer m_timer;
 };
 

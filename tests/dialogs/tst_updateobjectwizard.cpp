@@ -214,7 +214,7 @@ void TestUpdateObjectWizard::runsThroughTheExecutorIntoTheStore()
     for (TYPE_ID uid : {101u, 102u, 103u})
         QCOMPARE(store->object(uid).parameter(db::worker::LOCKED), QStringLiteral("true"));
     QVERIFY(wizard->button(QWizard::FinishButton)->isEnabled());
-    // Paints held back during the run come back with the last batch.
+    // Paints held during the run come back once it has ended.
     QTRY_VERIFY(wizard->progressPage()->updatesEnabled());
     delete wizard;
 }

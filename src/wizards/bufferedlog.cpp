@@ -14,17 +14,25 @@ BufferedLog::BufferedLog(QTextBrowser *view, QWidget *page)
     : QObject(page)
     , m_view(view)
     , m_page(page)
+    , m_batch(view->document())
 {
     m_timer.setSingleShot(true);
     m_timer.setInterval(PaintIntervalMs);
     connect(&m_timer, &QTimer::timeout, this, &BufferedLog::releasePaints);
 }
 
+namespace {
+void scrollToEnd(QTextBrowser *view)
+{
+    QScrollBar *bar = view->verticalScrollBar();
+    bar->setValue(bar->maximum());
+}
+} // namespace
+
 void BufferedLog::append(const QString &text)
 {
     m_view->append(text);
-    QScrollBar *bar = m_view->verticalScrollBar();
-    bar->setValue(bar->maximum());
+    scrollToEnd(m_view);
     if (!m_holdingPaints) {
         holdPaints();
     } else if (m_sincePaint.hasExpired(PaintIntervalMs)) {
@@ -36,6 +44,7 @@ void BufferedLog::append(const QString &text)
 
 void BufferedLog::clear()
 {
+    releasePaints();
     m_view->clear();
 }
 
@@ -50,6 +59,7 @@ void BufferedLog::holdPaints()
     if (!m_page->updatesEnabled())
         return;
     m_page->setUpdatesEnabled(false);
+    m_batch.beginEditBlock();
     m_holdingPaints = true;
     m_sincePaint.start();
     m_timer.start();
@@ -61,6 +71,8 @@ void BufferedLog::releasePaints()
         return;
     m_holdingPaints = false;
     m_timer.stop();
+    m_batch.endEditBlock();
+    scrollToEnd(m_view);
     m_page->setUpdatesEnabled(true);
     // Now, not from the event loop: with replies queued one per turn, the
     // next line would hold the paints again before a posted paint came

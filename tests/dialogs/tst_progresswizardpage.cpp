@@ -303,6 +303,9 @@ void TestProgressWizardPage::logIsInTheViewWhenTheCallReturns()
     QScrollBar *scroll = view->verticalScrollBar();
     QVERIFY(scroll->maximum() > 0);
     QCOMPARE(scroll->value(), scroll->maximum());
+    QTextCursor end(view->document());
+    end.movePosition(QTextCursor::End);
+    QVERIFY(view->viewport()->rect().contains(view->cursorRect(end)));
 }
 
 void TestProgressWizardPage::executorAnsweringAtOnceRunsWithoutRecursion()

@@ -129,8 +129,13 @@ void BaseProgressWizardPage::objectUpdated(nivaro::TYPE_ID uid)
     taskCompleted();
     if (!m_queue.isEmpty())
         m_queue.removeFirst();
-    executeNext();
-    emit completeChanged();
+    // One step: when this reply came inside executeTask() the next send
+    // waits for that signal to return, and the change of completeness
+    // must wait with it, so that it still follows the send.
+    m_loop.run([this] {
+        runHead();
+        emit completeChanged();
+    });
 }
 
 void BaseProgressWizardPage::taskAdded()

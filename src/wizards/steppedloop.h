@@ -1,34 +1,40 @@
 #ifndef STEPPEDLOOP_H
 #define STEPPEDLOOP_H
 
+#include <deque>
+#include <functional>
+#include <utility>
+
 /**
- * Runs the step that sends a page's next task. A reply may arrive inside
+ * Runs the steps that send a page's next task. A reply may arrive inside
  * the signal that sent the task (an executor that answers at once) and ask
  * for the next step there: that step then runs after the current one
  * returns, from a loop here, instead of one stack frame deeper per task,
- * which a queue of thousands of tasks would not survive.
+ * which a queue of thousands of tasks would not survive. Steps run in the
+ * order asked for, each whole, so what a step emits after sending a task
+ * still comes after that send, as it does with an executor that answers
+ * from the event loop.
  */
 class SteppedLoop
 {
 public:
-    template<typename Step>
-    void run(Step step)
+    void run(std::function<void()> step)
     {
-        if (m_running) {
-            m_again = true;
+        m_waiting.push_back(std::move(step));
+        if (m_running)
             return;
-        }
         m_running = true;
-        do {
-            m_again = false;
-            step();
-        } while (m_again);
+        while (!m_waiting.empty()) {
+            const std::function<void()> next = std::move(m_waiting.front());
+            m_waiting.pop_front();
+            next();
+        }
         m_running = false;
     }
 
 private:
     bool m_running = false;
-    bool m_again = false;
+    std::deque<std::function<void()>> m_waiting;
 };
 
 #endif

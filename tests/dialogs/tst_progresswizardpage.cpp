@@ -80,6 +80,8 @@ private Q_SLOTS:
     void logIsInTheViewWhenTheCallReturns_data();
     void logIsInTheViewWhenTheCallReturns();
     void executorAnsweringAtOnceRunsWithoutRecursion();
+    void nextTaskGoesOutBeforeCompletenessChanges_data();
+    void nextTaskGoesOutBeforeCompletenessChanges();
     void newWorkerPageNeedsItsParametersPage_data();
     void newWorkerPageNeedsItsParametersPage();
     void replySlotsThroughTheExecutor();
@@ -322,6 +324,36 @@ void TestProgressWizardPage::executorAnsweringAtOnceRunsWithoutRecursion()
     page.initializePage();
     QCOMPARE(answered, 20000);
     QVERIFY(page.isComplete());
+}
+
+// Whether the executor answers inside executeTask() or later, a host that
+// enables Finish on completeChanged() must already have the next task.
+void TestProgressWizardPage::nextTaskGoesOutBeforeCompletenessChanges_data()
+{
+    QTest::addColumn<bool>("queued");
+    QTest::newRow("answered inside the signal") << false;
+    QTest::newRow("answered from the event loop") << true;
+}
+
+void TestProgressWizardPage::nextTaskGoesOutBeforeCompletenessChanges()
+{
+    QFETCH(bool, queued);
+    BaseProgressWizardPage page;
+    page.addTask(makeTask(QStringLiteral("первая")));
+    page.addTask(makeTask(QStringLiteral("вторая")));
+    QStringList order;
+    connect(&page, &BaseProgressWizardPage::executeTask, &page, [&](const TaskInfo &t) {
+        order << t.startMessage;
+        QMetaObject::invokeMethod(t.widget.data(), "objectUpdated", queued ? Qt::QueuedConnection : Qt::DirectConnection,
+                                  Q_ARG(unsigned int, 1));
+    });
+    connect(&page, &QWizardPage::completeChanged, &page, [&] { order << QStringLiteral("complete"); });
+    page.initializePage();
+    QTRY_VERIFY(page.isComplete());
+    // The last reply finishes the run (one change) and then answers as
+    // every reply does.
+    QCOMPARE(order, (QStringList{QStringLiteral("Начато: первая"), QStringLiteral("Начато: вторая"),
+                                 QStringLiteral("complete"), QStringLiteral("complete"), QStringLiteral("complete")}));
 }
 
 void TestProgressWizardPage::newWorkerPageNeedsItsParametersPage_data()

@@ -22,6 +22,8 @@ private Q_SLOTS:
     void refusesWhatCannotMove();
     void movesEmployeesThroughTheExecutor();
     void firstFailureEndsTheRun();
+    void nextTaskGoesOutBeforeCompletenessChanges_data();
+    void nextTaskGoesOutBeforeCompletenessChanges();
     void movesADepartmentWithItsPeople();
 
 private:
@@ -171,6 +173,30 @@ void TestTransferProgressWizardPage::firstFailureEndsTheRun()
     QCOMPARE(barOf(&page)->value(), 1);
     page.save(0);
     QCOMPARE(logLines(page).last(), QStringLiteral("Неизвестная ошибка"));
+}
+
+void TestTransferProgressWizardPage::nextTaskGoesOutBeforeCompletenessChanges_data()
+{
+    QTest::addColumn<bool>("queued");
+    QTest::newRow("answered inside the signal") << false;
+    QTest::newRow("answered from the event loop") << true;
+}
+
+void TestTransferProgressWizardPage::nextTaskGoesOutBeforeCompletenessChanges()
+{
+    QFETCH(bool, queued);
+    TransferWorkerWizardProgressPage page;
+    page.setTransfer({101, 102}, 21);
+    QStringList order;
+    connect(&page, &TransferProgressWizardPage::executeTask, &page, [&](const TaskInfo &t) {
+        order << QString::number(t.uid);
+        QMetaObject::invokeMethod(t.widget.data(), "save", queued ? Qt::QueuedConnection : Qt::DirectConnection,
+                                  Q_ARG(nivaro::TYPE_ID, t.uid));
+    });
+    connect(&page, &QWizardPage::completeChanged, &page, [&] { order << QStringLiteral("complete"); });
+    page.initializePage();
+    QTRY_VERIFY(page.isComplete());
+    QCOMPARE(order, (QStringList{QStringLiteral("101"), QStringLiteral("102"), QStringLiteral("complete")}));
 }
 
 void TestTransferProgressWizardPage::movesADepartmentWithItsPeople()

@@ -30,6 +30,8 @@ private Q_SLOTS:
     void sendsOneTaskPerObject();
     void taskCarriesEveryParameter();
     void stopsAtTheFirstFailure();
+    void nextTaskGoesOutBeforeCompletenessChanges_data();
+    void nextTaskGoesOutBeforeCompletenessChanges();
     void runsThroughTheExecutorIntoTheStore();
     void progressShowsWhileTheRunRuns();
     void hostLinesFollowTheFailure();
@@ -185,6 +187,32 @@ void TestUpdateObjectWizard::stopsAtTheFirstFailure()
     QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("no task out")));
     page.updated(103); // a late reply changes nothing
     QCOMPARE(bar->value(), 1);
+}
+
+void TestUpdateObjectWizard::nextTaskGoesOutBeforeCompletenessChanges_data()
+{
+    QTest::addColumn<bool>("queued");
+    QTest::newRow("answered inside the signal") << false;
+    QTest::newRow("answered from the event loop") << true;
+}
+
+void TestUpdateObjectWizard::nextTaskGoesOutBeforeCompletenessChanges()
+{
+    QFETCH(bool, queued);
+    UpdateProgressWizardPage page;
+    page.setUids({101, 102});
+    QStringList order;
+    connect(&page, &UpdateProgressWizardPage::appendTask, &page, [&](const TaskInfo &t) {
+        order << QString::number(t.uid);
+        QMetaObject::invokeMethod(t.widget.data(), "updated", queued ? Qt::QueuedConnection : Qt::DirectConnection,
+                                  Q_ARG(unsigned int, t.uid));
+    });
+    connect(&page, &QWizardPage::completeChanged, &page, [&] { order << QStringLiteral("complete"); });
+    page.initializePage();
+    QTRY_VERIFY(page.isComplete());
+    // The first change is the run starting.
+    QCOMPARE(order, (QStringList{QStringLiteral("complete"), QStringLiteral("101"), QStringLiteral("102"),
+                                 QStringLiteral("complete")}));
 }
 
 void TestUpdateObjectWizard::hostLinesFollowTheFailure()

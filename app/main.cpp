@@ -74,7 +74,10 @@ int main(int argc, char *argv[])
     const QCommandLineOption pageOption(QStringLiteral("page"),
                                         QStringLiteral("Page of the employee the screenshot shows: properties, schedule or absences."),
                                         QStringLiteral("page"), QStringLiteral("properties"));
-    parser.addOptions({storeOption, generateOption, screenshotOption, pageOption});
+    const QCommandLineOption langOption(QStringLiteral("lang"),
+                                        QStringLiteral("Language of the window: ru or en (from the system locale when not given)."),
+                                        QStringLiteral("lang"));
+    parser.addOptions({storeOption, generateOption, screenshotOption, pageOption, langOption});
 
     // The options are read before a GUI exists, so that --help, --version
     // and a mistyped option answer on a machine without a display.
@@ -97,12 +100,19 @@ int main(int argc, char *argv[])
         return 0;
     }
 
+    const QString lang = parser.isSet(langOption) ? parser.value(langOption) : StudioStartup::defaultLanguage();
+    if (!StudioStartup::knownLanguage(lang)) {
+        std::fprintf(stderr, "nvstudio: --lang takes ru or en, not %s\n", qUtf8Printable(lang));
+        return 2;
+    }
+
     QApplication app(argc, argv);
     // Now without Qt's own options, which QApplication took out.
     if (!parser.parse(QCoreApplication::arguments())) {
         std::fprintf(stderr, "nvstudio: %s\n", qUtf8Printable(parser.errorText()));
         return 2;
     }
+    StudioStartup::installTranslations(&app, lang);
 
     const QString path = parser.value(storeOption);
     int employees = 0;

@@ -12,8 +12,11 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QSpinBox>
+#include <QStyle>
 #include <QTableView>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -23,6 +26,21 @@ constexpr int YearsBack = 15;
 constexpr int YearsAhead = 5;
 // A legend line longer than this no longer helps to tell colours apart.
 constexpr int MaxLegendSchedules = 8;
+// Wide enough for a day's number and its marks.
+constexpr int MinimumDayWidth = 26;
+
+// The columns carry the short weekday names of the locale in force; a width
+// made for "Пн" cuts the English "Wed" down to "We".
+int dayColumnWidth(const QHeaderView *header)
+{
+    const QLocale locale;
+    const QFontMetrics metrics(header->font());
+    int widest = 0;
+    for (int day = Qt::Monday; day <= Qt::Sunday; ++day)
+        widest = std::max(widest, metrics.horizontalAdvance(locale.dayName(day, QLocale::ShortFormat)));
+    const int margins = 2 * header->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
+    return std::max(MinimumDayWidth, widest + margins + 2);
+}
 
 } // namespace
 
@@ -57,9 +75,9 @@ SchedulePage::SchedulePage(nivaro::LocalStorage *storage, QWidget *parent)
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setShowGrid(false);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    m_table->horizontalHeader()->setDefaultSectionSize(26);
+    m_table->horizontalHeader()->setDefaultSectionSize(dayColumnWidth(m_table->horizontalHeader()));
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    m_table->verticalHeader()->setDefaultSectionSize(26);
+    m_table->verticalHeader()->setDefaultSectionSize(MinimumDayWidth);
 
     m_legend->setObjectName(QStringLiteral("scheduleLegend"));
     m_legend->setWordWrap(true);

@@ -10,10 +10,13 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QPixmap>
 #include <QSaveFile>
 #include <QStandardPaths>
 #include <QTabWidget>
+#include <QTranslator>
 
 QString StudioStartup::defaultStorePath()
 {
@@ -74,5 +77,42 @@ bool StudioStartup::writeText(const QString &fileName, const QString &text, QStr
             *error = QObject::tr("Не удалось записать файл %1: %2").arg(fileName, file.errorString());
         return false;
     }
+    return true;
+}
+
+QString StudioStartup::defaultLanguage()
+{
+    const QLocale::Language language = QLocale::system().language();
+    return language == QLocale::C || language == QLocale::AnyLanguage || language == QLocale::Russian
+               ? QStringLiteral("ru")
+               : QStringLiteral("en");
+}
+
+bool StudioStartup::knownLanguage(const QString &lang)
+{
+    return lang == QLatin1String("ru") || lang == QLatin1String("en");
+}
+
+bool StudioStartup::installTranslations(QCoreApplication *app, const QString &lang)
+{
+    if (!knownLanguage(lang))
+        return false;
+    QLocale::setDefault(QLocale(lang));
+    // Russian is the language the texts are written in: only the English run
+    // needs our own translation.
+    if (lang != QLatin1String("ru")) {
+        Q_INIT_RESOURCE(nvstudio_core_translations);
+        auto *own = new QTranslator(app);
+        if (own->load(QStringLiteral(":/translations/libnvdialogs_") + lang))
+            app->installTranslator(own);
+        else
+            qWarning() << "studio: no embedded translation for" << lang;
+    }
+    auto *qt = new QTranslator(app);
+    const QString qtFolder = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+    if (qt->load(QStringLiteral("qtbase_") + lang, qtFolder))
+        app->installTranslator(qt);
+    else
+        qWarning() << "studio: no Qt translation for" << lang << "in" << qtFolder;
     return true;
 }

@@ -4,6 +4,7 @@
 #include <QString>
 
 class MainWindow;
+class QCoreApplication;
 
 namespace nivaro {
 class LocalStorage;
@@ -29,6 +30,16 @@ public:
     static bool saveScreenshot(MainWindow *window, const QString &fileName, QString *error, int page = 0);
     // Writes text as UTF-8, replacing the file only once all of it is written.
     static bool writeText(const QString &fileName, const QString &text, QString *error);
+
+    // "ru" where the system speaks Russian or names no language (the C
+    // locale), "en" where it speaks anything else.
+    static QString defaultLanguage();
+    static bool knownLanguage(const QString &lang);
+    // Puts the client, Qt's own dialogs and buttons, and the default locale
+    // (dates, month and weekday names) into one language, "ru" or "en".
+    // Returns false when lang is neither; a missing Qt translation is only
+    // reported, the client's own texts still change.
+    static bool installTranslations(QCoreApplication *app, const QString &lang);
 
     static constexpr int DefaultEmployees = 300;
 };

@@ -6,6 +6,7 @@ find_program(NVD_LUPDATE NAMES lupdate-qt5 lupdate PATHS /usr/lib/qt5/bin)
 if(NVD_LUPDATE)
     add_custom_target(lupdate
         COMMAND ${NVD_LUPDATE} -recursive -no-obsolete -locations relative
+                -source-language ru_RU -target-language en_US
                 ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/platform ${PROJECT_SOURCE_DIR}/app
                 -ts ${PROJECT_SOURCE_DIR}/translations/libnvdialogs_en.ts
         WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
@@ -25,3 +26,24 @@ if(NVD_CLANG_FORMAT)
         COMMENT "clang-format over the tree"
         VERBATIM)
 endif()
+
+# Builds the given .ts files into .qm files with lrelease and embeds them in
+# target under :/translations/, so that the client finds its translations
+# wherever it was copied to. The .ts files stay the only thing kept in git.
+function(nvd_embed_translations target)
+    find_package(Qt5 5.15 REQUIRED COMPONENTS LinguistTools)
+    qt5_add_translation(_nvd_qm_files ${ARGN})
+    set(_nvd_qrc_text "<RCC>\n  <qresource prefix=\"/translations\">\n")
+    foreach(_nvd_qm IN LISTS _nvd_qm_files)
+        get_filename_component(_nvd_qm_name ${_nvd_qm} NAME)
+        string(APPEND _nvd_qrc_text "    <file alias=\"${_nvd_qm_name}\">${_nvd_qm}</file>\n")
+    endforeach()
+    string(APPEND _nvd_qrc_text "  </qresource>\n</RCC>\n")
+    set(_nvd_qrc ${CMAKE_CURRENT_BINARY_DIR}/${target}_translations.qrc)
+    file(WRITE ${_nvd_qrc}.in "${_nvd_qrc_text}")
+    configure_file(${_nvd_qrc}.in ${_nvd_qrc} COPYONLY)
+    # qt5_add_resources, unlike AUTORCC, makes rcc wait for lrelease.
+    set_source_files_properties(${_nvd_qrc} PROPERTIES SKIP_AUTORCC ON)
+    qt5_add_resources(_nvd_rcc_sources ${_nvd_qrc})
+    target_sources(${target} PRIVATE ${_nvd_rcc_sources})
+endfunction()

@@ -39,27 +39,43 @@ struct Country
     QString name;
 };
 
-// The sorted country list is the same for every view of the process;
-// sorting 253 translated names per view would dominate its construction.
+// Sorting 253 translated names per view would dominate its construction, so
+// the sorted list is kept while the translation in force stays the same. A
+// few translated names stand for the translation: a translator installed or
+// removed changes them, and asking for them costs far less than the sort.
+QString translationFingerprint(const QList<StateRegistryInfo> &registry)
+{
+    QString fingerprint;
+    for (int i = 0; i < registry.size(); i += 50)
+        fingerprint += NVDialogsUtils::translateState(registry.at(i).name) + QLatin1Char('\n');
+    return fingerprint;
+}
+
 const QVector<Country> &sortedCountries()
 {
-    static const QVector<Country> countries = [] {
-        const QStringList near = NVDialogsUtils::getNearAbroadCodes();
-        QVector<Country> list;
-        const QList<StateRegistryInfo> registry = NVDialogsUtils::getStatesRegistry();
-        for (const StateRegistryInfo &state : registry)
-            list.append({state.code, NVDialogsUtils::translateState(state.name)});
-        // Near abroad first, then by name. Equal names may come in either
-        // order; the stable sort keeps them by code.
-        std::stable_sort(list.begin(), list.end(), [&near](const Country &a, const Country &b) {
-            const bool nearA = near.contains(a.code);
-            const bool nearB = near.contains(b.code);
-            if (nearA != nearB)
-                return nearA;
-            return a.name < b.name;
-        });
-        return list;
-    }();
+    static QVector<Country> countries;
+    static QString countriesFingerprint;
+    const QList<StateRegistryInfo> registry = NVDialogsUtils::getStatesRegistry();
+    const QString fingerprint = translationFingerprint(registry);
+    if (!countries.isEmpty() && fingerprint == countriesFingerprint)
+        return countries;
+
+    const QStringList near = NVDialogsUtils::getNearAbroadCodes();
+    QVector<Country> list;
+    list.reserve(registry.size());
+    for (const StateRegistryInfo &state : registry)
+        list.append({state.code, NVDialogsUtils::translateState(state.name)});
+    // Near abroad first, then by name. Equal names may come in either
+    // order; the stable sort keeps them by code.
+    std::stable_sort(list.begin(), list.end(), [&near](const Country &a, const Country &b) {
+        const bool nearA = near.contains(a.code);
+        const bool nearB = near.contains(b.code);
+        if (nearA != nearB)
+            return nearA;
+        return a.name < b.name;
+    });
+    countries = std::move(list);
+    countriesFingerprint = fingerprint;
     return countries;
 }
 
@@ -138,8 +154,15 @@ void WorkerPropertyView::init()
 
 void WorkerPropertyView::initCitizenship()
 {
+    fillCitizenship();
+    connect(ui->cbCitizenship, qOverload<int>(&QComboBox::activated), this, &WorkerPropertyView::citizenshipActivated);
+}
+
+void WorkerPropertyView::fillCitizenship()
+{
     auto *model = qobject_cast<QStandardItemModel *>(ui->cbCitizenship->model());
     Q_ASSERT(model);
+    model->clear();
     QList<QStandardItem *> items;
     const QVector<Country> &countries = sortedCountries();
     items.reserve(countries.size() + 2);
@@ -156,7 +179,23 @@ void WorkerPropertyView::initCitizenship()
     // and its filter 255 times.
     model->invisibleRootItem()->appendRows(items);
     ui->cbCitizenship->setRowHidden(0, true);
-    connect(ui->cbCitizenship, qOverload<int>(&QComboBox::activated), this, &WorkerPropertyView::citizenshipActivated);
+}
+
+// A translator installed or removed while the view is open: the texts, the
+// country names and their order follow it, the values shown stay.
+void WorkerPropertyView::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        ui->retranslateUi(this);
+        const bool loading = m_loading;
+        m_loading = true;
+        const QString citizenship = ui->cbCitizenship->currentData().toString();
+        fillCitizenship();
+        if (!ui->cbCitizenship->setCurrentData(citizenship))
+            ui->cbCitizenship->setCurrentIndex(1);
+        m_loading = loading;
+    }
+    PropertyBaseWidget::changeEvent(event);
 }
 
 // ---- Showing ---------------------------------------------------------------

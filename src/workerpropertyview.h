@@ -63,6 +63,7 @@ protected:
     // Opens the print preview of the sheet; tests replace it.
     virtual void openPrintPreview(QTextDocument *document);
     void enableControls() override;
+    void changeEvent(QEvent *event) override;
 
 private Q_SLOTS:
     void surnameEdited(const QString &text);
@@ -84,6 +85,7 @@ private Q_SLOTS:
 private:
     void init();
     void initCitizenship();
+    void fillCitizenship();
     void edited(const QString &key);
     void updateSaveState();
     void setSaveBlock(const QString &reason);

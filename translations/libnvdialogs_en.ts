@@ -1,136 +1,1673 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
-<TS version="2.1" language="en_US">
+<TS version="2.1" language="en_US" sourcelanguage="ru_RU">
+<context>
+    <name>AbsencePage</name>
+    <message>
+        <location filename="../app/absencepage.cpp" line="+21"/>
+        <source>Только за период с</source>
+        <translation>Only for the period from</translation>
+    </message>
+    <message>
+        <location line="+36"/>
+        <source>по</source>
+        <translation>to</translation>
+    </message>
+</context>
+<context>
+    <name>BaseProgressWizardPage</name>
+    <message>
+        <location filename="../src/wizards/baseprogresswizardpage.ui" line="+14"/>
+        <source>WizardPage</source>
+        <translation>WizardPage</translation>
+    </message>
+    <message>
+        <location line="+22"/>
+        <source>%p%</source>
+        <translation>%p%</translation>
+    </message>
+    <message>
+        <location filename="../src/wizards/baseprogresswizardpage.cpp" line="+14"/>
+        <source>Создание завершено</source>
+        <translation>Creation finished</translation>
+    </message>
+    <message>
+        <location line="+101"/>
+        <source>Неизвестная ошибка</source>
+        <translation>Unknown error</translation>
+    </message>
+</context>
+<context>
+    <name>BulkUpdateDialog</name>
+    <message>
+        <location filename="../app/bulkupdatedialog.cpp" line="+21"/>
+        <source>Заблокирован</source>
+        <translation>Blocked</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Массовое изменение</source>
+        <translation>Bulk update</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Окончание действия</source>
+        <translation>Valid until</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Блокировка</source>
+        <translation>Blocking</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>График работы</source>
+        <translation>Work schedule</translation>
+    </message>
+    <message>
+        <location line="+19"/>
+        <source>Будет изменено объектов: %1</source>
+        <translation>Objects to be changed: %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Параметр</source>
+        <translation>Parameter</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Значение</source>
+        <translation>Value</translation>
+    </message>
+</context>
+<context>
+    <name>DeleteListWizardPage</name>
+    <message>
+        <location filename="../src/wizards/deletelistwizardpage.cpp" line="+18"/>
+        <source>Список объектов</source>
+        <translation>Objects</translation>
+    </message>
+</context>
+<context>
+    <name>DeleteProgressWizardPage</name>
+    <message>
+        <location filename="../src/wizards/deleteprogresswizardpage.cpp" line="+10"/>
+        <source>Удаление %1</source>
+        <translation>Deleting %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>%1 удален</source>
+        <translation>%1 deleted</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Ошибка удаления %1</source>
+        <translation>Failed to delete %1</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Идет удаление</source>
+        <translation>Deleting</translation>
+    </message>
+</context>
 <context>
     <name>MainWindow</name>
     <message>
-        <location filename="../app/mainwindow.cpp" line="+57"/>
+        <location filename="../app/mainwindow.cpp" line="+79"/>
         <source>Nivaro-Studio — %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nivaro-Studio — %1</translation>
     </message>
     <message>
         <location line="+5"/>
         <source>Несохраненные изменения</source>
-        <translation type="unfinished"></translation>
+        <translation>Unsaved changes</translation>
     </message>
     <message>
         <location line="+0"/>
         <source>Сохранить изменения?</source>
-        <translation type="unfinished"></translation>
+        <translation>Save the changes?</translation>
     </message>
     <message>
         <location line="+7"/>
+        <source>Массовое изменение</source>
+        <translation>Bulk update</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Выполнить оставшиеся</source>
+        <translation>Run the rest</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Оставить как есть</source>
+        <translation>Leave as it is</translation>
+    </message>
+    <message>
+        <location line="+6"/>
         <source>&amp;Файл</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;File</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Выход</source>
-        <translation type="unfinished"></translation>
+        <translation>Exit</translation>
     </message>
     <message>
-        <location line="+7"/>
+        <location line="+2"/>
+        <source>&amp;Правка</source>
+        <translation>&amp;Edit</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Массовое изменение…</source>
+        <translation>Bulk update…</translation>
+    </message>
+    <message>
+        <location line="+9"/>
         <source>Фильтр по имени</source>
-        <translation type="unfinished"></translation>
+        <translation>Filter by name</translation>
     </message>
     <message>
         <location line="+26"/>
-        <location line="+112"/>
+        <location line="+134"/>
         <source>Выберите одного или нескольких сотрудников в дереве организации</source>
-        <translation type="unfinished"></translation>
+        <translation>Select one or more employees in the organisation tree</translation>
     </message>
     <message>
-        <location line="-95"/>
+        <location line="-130"/>
+        <source>Личные данные</source>
+        <translation>Personal data</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>График работ</source>
+        <translation>Work schedule</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Отсутствия</source>
+        <translation>Absences</translation>
+    </message>
+    <message>
+        <location line="+20"/>
         <source>Хранилище: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Store: %1</translation>
     </message>
     <message>
-        <location line="+96"/>
+        <location line="+109"/>
         <source>«%1»: выберите сотрудников, чтобы изменить их личные данные</source>
-        <translation type="unfinished"></translation>
+        <translation>“%1”: select employees to change their personal data</translation>
     </message>
     <message>
-        <location line="+23"/>
-        <source>Выбрано сотрудников: %1</source>
-        <translation type="unfinished"></translation>
+        <location line="+37"/>
+        <source>Сохранить журнал…</source>
+        <translation>Save log…</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <location line="+6"/>
+        <source>Сохранить журнал</source>
+        <translation>Save log</translation>
+    </message>
+    <message>
+        <location line="-5"/>
+        <source>Текстовые файлы (*.txt)</source>
+        <translation>Text files (*.txt)</translation>
     </message>
     <message>
         <location line="+27"/>
+        <location line="+42"/>
+        <source>Только чтение: %1</source>
+        <translation>Read only: %1</translation>
+    </message>
+    <message>
+        <location line="-24"/>
+        <source>Выбрано сотрудников: %1</source>
+        <translation>Employees selected: %1</translation>
+    </message>
+    <message>
+        <location line="+39"/>
+        <source>Массовое изменение прервано: обработано %1 из %2 объектов.</source>
+        <translation>Bulk update interrupted: %1 of %2 objects processed.</translation>
+    </message>
+    <message>
+        <location line="+33"/>
         <source>Найдено слишком много: уточните фильтр</source>
-        <translation type="unfinished"></translation>
+        <translation>Too many matches: narrow the filter</translation>
     </message>
     <message>
         <location line="+7"/>
         <source>Сотрудников: %1, уволенных: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Employees: %1, dismissed: %2</translation>
+    </message>
+</context>
+<context>
+    <name>NVDialogsUtils</name>
+    <message>
+        <location filename="../src/nvdialogsutils.cpp" line="+26"/>
+        <source>АФГАНИСТАН</source>
+        <translation>Afghanistan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АЛБАНИЯ</source>
+        <translation>Albania</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АНТАРКТИДА</source>
+        <translation>Antarctica</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АЛЖИР</source>
+        <translation>Algeria</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АМЕРИКАНСКОЕ САМОА</source>
+        <translation>American Samoa</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АНДОРРА</source>
+        <translation>Andorra</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АНГОЛА</source>
+        <translation>Angola</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АНТИГУА И БАРБУДА</source>
+        <translation>Antigua and Barbuda</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АЗЕРБАЙДЖАН</source>
+        <translation>Azerbaijan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АРГЕНТИНА</source>
+        <translation>Argentina</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АВСТРАЛИЯ</source>
+        <translation>Australia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АВСТРИЯ</source>
+        <translation>Austria</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БАГАМЫ</source>
+        <translation>Bahamas</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БАХРЕЙН</source>
+        <translation>Bahrain</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БАНГЛАДЕШ</source>
+        <translation>Bangladesh</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АРМЕНИЯ</source>
+        <translation>Armenia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БАРБАДОС</source>
+        <translation>Barbados</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БЕЛЬГИЯ</source>
+        <translation>Belgium</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БЕРМУДЫ</source>
+        <translation>Bermuda</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БУТАН</source>
+        <translation>Bhutan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БОЛИВИЯ (МНОГОНАЦИОНАЛЬНОЕ ГОСУДАРСТВО)</source>
+        <translation>Bolivia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БОСНИЯ И ГЕРЦЕГОВИНА</source>
+        <translation>Bosnia and Herzegovina</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БОТСВАНА</source>
+        <translation>Botswana</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ОСТРОВ БУВЕ</source>
+        <translation>Bouvet Island</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БРАЗИЛИЯ</source>
+        <translation>Brazil</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БЕЛИЗ</source>
+        <translation>Belize</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БРИТАНСКАЯ ТЕРРИТОРИЯ В ИНДИЙСКОМ ОКЕАНЕ</source>
+        <translation>British Indian Ocean Territory</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СОЛОМОНОВЫ ОСТРОВА</source>
+        <translation>Solomon Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ВИРГИНСКИЕ ОСТРОВА, БРИТАНСКИЕ</source>
+        <translation>British Virgin Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БРУНЕЙ-ДАРУССАЛАМ</source>
+        <translation>Brunei Darussalam</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БОЛГАРИЯ</source>
+        <translation>Bulgaria</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МЬЯНМА</source>
+        <translation>Myanmar</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БУРУНДИ</source>
+        <translation>Burundi</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БЕЛАРУСЬ</source>
+        <translation>Belarus</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КАМБОДЖА</source>
+        <translation>Cambodia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КАМЕРУН</source>
+        <translation>Cameroon</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КАНАДА</source>
+        <translation>Canada</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КАБО-ВЕРДЕ</source>
+        <translation>Cabo Verde</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ОСТРОВА КАЙМАН</source>
+        <translation>Cayman Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЦЕНТРАЛЬНО-АФРИКАНСКАЯ РЕСПУБЛИКА</source>
+        <translation>Central African Republic</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ШРИ-ЛАНКА</source>
+        <translation>Sri Lanka</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЧАД</source>
+        <translation>Chad</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЧИЛИ</source>
+        <translation>Chile</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КИТАЙ</source>
+        <translation>China</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТАЙВАНЬ (КИТАЙ)</source>
+        <translation>Taiwan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ОСТРОВ РОЖДЕСТВА</source>
+        <translation>Christmas Island</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КОКОСОВЫЕ (КИЛИНГ) ОСТРОВА</source>
+        <translation>Cocos (Keeling) Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КОЛУМБИЯ</source>
+        <translation>Colombia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КОМОРЫ</source>
+        <translation>Comoros</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАЙОТТА</source>
+        <translation>Mayotte</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КОНГО</source>
+        <translation>Congo</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КОНГО, ДЕМОКРАТИЧЕСКАЯ РЕСПУБЛИКА</source>
+        <translation>Democratic Republic of the Congo</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ОСТРОВА КУКА</source>
+        <translation>Cook Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КОСТА-РИКА</source>
+        <translation>Costa Rica</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ХОРВАТИЯ</source>
+        <translation>Croatia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КУБА</source>
+        <translation>Cuba</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КИПР</source>
+        <translation>Cyprus</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЧЕХИЯ</source>
+        <translation>Czechia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БЕНИН</source>
+        <translation>Benin</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ДАНИЯ</source>
+        <translation>Denmark</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ДОМИНИКА</source>
+        <translation>Dominica</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ДОМИНИКАНСКАЯ РЕСПУБЛИКА</source>
+        <translation>Dominican Republic</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЭКВАДОР</source>
+        <translation>Ecuador</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЭЛЬ-САЛЬВАДОР</source>
+        <translation>El Salvador</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЭКВАТОРИАЛЬНАЯ ГВИНЕЯ</source>
+        <translation>Equatorial Guinea</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЭФИОПИЯ</source>
+        <translation>Ethiopia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЭРИТРЕЯ</source>
+        <translation>Eritrea</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЭСТОНИЯ</source>
+        <translation>Estonia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ФАРЕРСКИЕ ОСТРОВА</source>
+        <translation>Faroe Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ФОЛКЛЕНДСКИЕ ОСТРОВА (МАЛЬВИНСКИЕ)</source>
+        <translation>Falkland Islands (Malvinas)</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЮЖНАЯ ДЖОРДЖИЯ И ЮЖНЫЕ САНДВИЧЕВЫ ОСТРОВА</source>
+        <translation>South Georgia and the South Sandwich Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ФИДЖИ</source>
+        <translation>Fiji</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ФИНЛЯНДИЯ</source>
+        <translation>Finland</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЭЛАНДСКИЕ ОСТРОВА</source>
+        <translation>Åland Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ФРАНЦИЯ</source>
+        <translation>France</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ФРАНЦУЗСКАЯ ГВИАНА</source>
+        <translation>French Guiana</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ФРАНЦУЗСКАЯ ПОЛИНЕЗИЯ</source>
+        <translation>French Polynesia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ФРАНЦУЗСКИЕ ЮЖНЫЕ ТЕРРИТОРИИ</source>
+        <translation>French Southern Territories</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ДЖИБУТИ</source>
+        <translation>Djibouti</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГАБОН</source>
+        <translation>Gabon</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГРУЗИЯ</source>
+        <translation>Georgia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГАМБИЯ</source>
+        <translation>Gambia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПАЛЕСТИНА, ГОСУДАРСТВО</source>
+        <translation>Palestine</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГЕРМАНИЯ</source>
+        <translation>Germany</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГАНА</source>
+        <translation>Ghana</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГИБРАЛТАР</source>
+        <translation>Gibraltar</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КИРИБАТИ</source>
+        <translation>Kiribati</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГРЕЦИЯ</source>
+        <translation>Greece</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГРЕНЛАНДИЯ</source>
+        <translation>Greenland</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГРЕНАДА</source>
+        <translation>Grenada</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГВАДЕЛУПА</source>
+        <translation>Guadeloupe</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГУАМ</source>
+        <translation>Guam</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГВАТЕМАЛА</source>
+        <translation>Guatemala</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГВИНЕЯ</source>
+        <translation>Guinea</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГАЙАНА</source>
+        <translation>Guyana</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГАИТИ</source>
+        <translation>Haiti</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ОСТРОВ ХЕРД И ОСТРОВА МАКДОНАЛЬД</source>
+        <translation>Heard Island and McDonald Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПАПСКИЙ ПРЕСТОЛ (ГОСУДАРСТВО - ГОРОД ВАТИКАН)</source>
+        <translation>Holy See (Vatican City)</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГОНДУРАС</source>
+        <translation>Honduras</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГОНКОНГ</source>
+        <translation>Hong Kong</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ВЕНГРИЯ</source>
+        <translation>Hungary</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ИСЛАНДИЯ</source>
+        <translation>Iceland</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ИНДИЯ</source>
+        <translation>India</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ИНДОНЕЗИЯ</source>
+        <translation>Indonesia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ИРАН (ИСЛАМСКАЯ РЕСПУБЛИКА)</source>
+        <translation>Iran</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ИРАК</source>
+        <translation>Iraq</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ИРЛАНДИЯ</source>
+        <translation>Ireland</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ИЗРАИЛЬ</source>
+        <translation>Israel</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ИТАЛИЯ</source>
+        <translation>Italy</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КОТ Д&apos;ИВУАР</source>
+        <translation>Côte d&apos;Ivoire</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЯМАЙКА</source>
+        <translation>Jamaica</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЯПОНИЯ</source>
+        <translation>Japan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КАЗАХСТАН</source>
+        <translation>Kazakhstan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ИОРДАНИЯ</source>
+        <translation>Jordan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КЕНИЯ</source>
+        <translation>Kenya</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КОРЕЯ, НАРОДНО-ДЕМОКРАТИЧЕСКАЯ РЕСПУБЛИКА</source>
+        <translation>North Korea</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КОРЕЯ, РЕСПУБЛИКА</source>
+        <translation>South Korea</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КУВЕЙТ</source>
+        <translation>Kuwait</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КИРГИЗИЯ</source>
+        <translation>Kyrgyzstan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЛАОССКАЯ НАРОДНО-ДЕМОКРАТИЧЕСКАЯ РЕСПУБЛИКА</source>
+        <translation>Laos</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЛИВАН</source>
+        <translation>Lebanon</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЛЕСОТО</source>
+        <translation>Lesotho</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЛАТВИЯ</source>
+        <translation>Latvia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЛИБЕРИЯ</source>
+        <translation>Liberia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЛИВИЯ</source>
+        <translation>Libya</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЛИХТЕНШТЕЙН</source>
+        <translation>Liechtenstein</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЛИТВА</source>
+        <translation>Lithuania</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЛЮКСЕМБУРГ</source>
+        <translation>Luxembourg</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАКАО</source>
+        <translation>Macao</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАДАГАСКАР</source>
+        <translation>Madagascar</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАЛАВИ</source>
+        <translation>Malawi</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАЛАЙЗИЯ</source>
+        <translation>Malaysia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАЛЬДИВЫ</source>
+        <translation>Maldives</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАЛИ</source>
+        <translation>Mali</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАЛЬТА</source>
+        <translation>Malta</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАРТИНИКА</source>
+        <translation>Martinique</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАВРИТАНИЯ</source>
+        <translation>Mauritania</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАВРИКИЙ</source>
+        <translation>Mauritius</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МЕКСИКА</source>
+        <translation>Mexico</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МОНАКО</source>
+        <translation>Monaco</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МОНГОЛИЯ</source>
+        <translation>Mongolia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МОЛДОВА, РЕСПУБЛИКА</source>
+        <translation>Moldova</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЧЕРНОГОРИЯ</source>
+        <translation>Montenegro</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МОНТСЕРРАТ</source>
+        <translation>Montserrat</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАРОККО</source>
+        <translation>Morocco</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МОЗАМБИК</source>
+        <translation>Mozambique</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ОМАН</source>
+        <translation>Oman</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>НАМИБИЯ</source>
+        <translation>Namibia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>НАУРУ</source>
+        <translation>Nauru</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>НЕПАЛ</source>
+        <translation>Nepal</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>НИДЕРЛАНДЫ</source>
+        <translation>Netherlands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КЮРАСАО</source>
+        <translation>Curaçao</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АРУБА</source>
+        <translation>Aruba</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕН-МАРТЕН (НИДЕРЛАНДСКАЯ ЧАСТЬ)</source>
+        <translation>Sint Maarten (Dutch part)</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БОНЭЙР, СИНТ-ЭСТАТИУС И САБА</source>
+        <translation>Bonaire, Sint Eustatius and Saba</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>НОВАЯ КАЛЕДОНИЯ</source>
+        <translation>New Caledonia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ВАНУАТУ</source>
+        <translation>Vanuatu</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>НОВАЯ ЗЕЛАНДИЯ</source>
+        <translation>New Zealand</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>НИКАРАГУА</source>
+        <translation>Nicaragua</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>НИГЕР</source>
+        <translation>Niger</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>НИГЕРИЯ</source>
+        <translation>Nigeria</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>НИУЭ</source>
+        <translation>Niue</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ОСТРОВ НОРФОЛК</source>
+        <translation>Norfolk Island</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>НОРВЕГИЯ</source>
+        <translation>Norway</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕВЕРНЫЕ МАРИАНСКИЕ ОСТРОВА</source>
+        <translation>Northern Mariana Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАЛЫЕ ТИХООКЕАНСКИЕ ОТДАЛЕННЫЕ ОСТРОВА СОЕДИНЕННЫХ ШТАТОВ</source>
+        <translation>United States Minor Outlying Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МИКРОНЕЗИЯ, ФЕДЕРАТИВНЫЕ ШТАТЫ</source>
+        <translation>Micronesia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>МАРШАЛЛОВЫ ОСТРОВА</source>
+        <translation>Marshall Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПАЛАУ</source>
+        <translation>Palau</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПАКИСТАН</source>
+        <translation>Pakistan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПАНАМА</source>
+        <translation>Panama</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПАПУА-НОВАЯ ГВИНЕЯ</source>
+        <translation>Papua New Guinea</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПАРАГВАЙ</source>
+        <translation>Paraguay</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПЕРУ</source>
+        <translation>Peru</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ФИЛИППИНЫ</source>
+        <translation>Philippines</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПИТКЕРН</source>
+        <translation>Pitcairn</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПОЛЬША</source>
+        <translation>Poland</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПОРТУГАЛИЯ</source>
+        <translation>Portugal</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГВИНЕЯ-БИСАУ</source>
+        <translation>Guinea-Bissau</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТИМОР-ЛЕСТЕ</source>
+        <translation>Timor-Leste</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ПУЭРТО-РИКО</source>
+        <translation>Puerto Rico</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КАТАР</source>
+        <translation>Qatar</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>РЕЮНЬОН</source>
+        <translation>Réunion</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>РУМЫНИЯ</source>
+        <translation>Romania</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>РОССИЯ</source>
+        <translation>Russian Federation</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>РУАНДА</source>
+        <translation>Rwanda</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕН-БАРТЕЛЕМИ</source>
+        <translation>Saint Barthélemy</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СВЯТАЯ ЕЛЕНА, ОСТРОВ ВОЗНЕСЕНИЯ, ТРИСТАН-ДА-КУНЬЯ</source>
+        <translation>Saint Helena, Ascension and Tristan da Cunha</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕНТ-КИТС И НЕВИС</source>
+        <translation>Saint Kitts and Nevis</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АНГВИЛЛА</source>
+        <translation>Anguilla</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕНТ-ЛЮСИЯ</source>
+        <translation>Saint Lucia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕН-МАРТЕН (ФРАНЦУЗСКАЯ ЧАСТЬ)</source>
+        <translation>Saint Martin (French part)</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕН-ПЬЕР И МИКЕЛОН</source>
+        <translation>Saint Pierre and Miquelon</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕНТ-ВИНСЕНТ И ГРЕНАДИНЫ</source>
+        <translation>Saint Vincent and the Grenadines</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>САН-МАРИНО</source>
+        <translation>San Marino</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>САН-ТОМЕ И ПРИНСИПИ</source>
+        <translation>Sao Tome and Principe</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>САУДОВСКАЯ АРАВИЯ</source>
+        <translation>Saudi Arabia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕНЕГАЛ</source>
+        <translation>Senegal</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕРБИЯ</source>
+        <translation>Serbia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕЙШЕЛЫ</source>
+        <translation>Seychelles</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЬЕРРА-ЛЕОНЕ</source>
+        <translation>Sierra Leone</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СИНГАПУР</source>
+        <translation>Singapore</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЛОВАКИЯ</source>
+        <translation>Slovakia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ВЬЕТНАМ</source>
+        <translation>Vietnam</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЛОВЕНИЯ</source>
+        <translation>Slovenia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СОМАЛИ</source>
+        <translation>Somalia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЮЖНАЯ АФРИКА</source>
+        <translation>South Africa</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЗИМБАБВЕ</source>
+        <translation>Zimbabwe</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ИСПАНИЯ</source>
+        <translation>Spain</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЮЖНЫЙ СУДАН</source>
+        <translation>South Sudan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СУДАН</source>
+        <translation>Sudan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЗАПАДНАЯ САХАРА</source>
+        <translation>Western Sahara</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СУРИНАМ</source>
+        <translation>Suriname</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ШПИЦБЕРГЕН И ЯН МАЙЕН</source>
+        <translation>Svalbard and Jan Mayen</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЭСВАТИНИ</source>
+        <translation>Eswatini</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ШВЕЦИЯ</source>
+        <translation>Sweden</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ШВЕЙЦАРИЯ</source>
+        <translation>Switzerland</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СИРИЙСКАЯ АРАБСКАЯ РЕСПУБЛИКА</source>
+        <translation>Syria</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТАДЖИКИСТАН</source>
+        <translation>Tajikistan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТАИЛАНД</source>
+        <translation>Thailand</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТОГО</source>
+        <translation>Togo</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТОКЕЛАУ</source>
+        <translation>Tokelau</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТОНГА</source>
+        <translation>Tonga</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТРИНИДАД И ТОБАГО</source>
+        <translation>Trinidad and Tobago</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ОБЪЕДИНЕННЫЕ АРАБСКИЕ ЭМИРАТЫ</source>
+        <translation>United Arab Emirates</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТУНИС</source>
+        <translation>Tunisia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТУРЦИЯ</source>
+        <translation>Türkiye</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТУРКМЕНИСТАН</source>
+        <translation>Turkmenistan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ОСТРОВА ТЕРКС И КАЙКОС</source>
+        <translation>Turks and Caicos Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТУВАЛУ</source>
+        <translation>Tuvalu</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>УГАНДА</source>
+        <translation>Uganda</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>УКРАИНА</source>
+        <translation>Ukraine</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СЕВЕРНАЯ МАКЕДОНИЯ</source>
+        <translation>North Macedonia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЕГИПЕТ</source>
+        <translation>Egypt</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СОЕДИНЕННОЕ КОРОЛЕВСТВО</source>
+        <translation>United Kingdom</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ГЕРНСИ</source>
+        <translation>Guernsey</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ДЖЕРСИ</source>
+        <translation>Jersey</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ОСТРОВ МЭН</source>
+        <translation>Isle of Man</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ТАНЗАНИЯ, ОБЪЕДИНЕННАЯ РЕСПУБЛИКА</source>
+        <translation>Tanzania</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>СОЕДИНЕННЫЕ ШТАТЫ</source>
+        <translation>United States</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ВИРГИНСКИЕ ОСТРОВА, США</source>
+        <translation>U.S. Virgin Islands</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>БУРКИНА-ФАСО</source>
+        <translation>Burkina Faso</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>УРУГВАЙ</source>
+        <translation>Uruguay</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>УЗБЕКИСТАН</source>
+        <translation>Uzbekistan</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ВЕНЕСУЭЛА (БОЛИВАРИАНСКАЯ РЕСПУБЛИКА)</source>
+        <translation>Venezuela</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>УОЛЛИС И ФУТУНА</source>
+        <translation>Wallis and Futuna</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>САМОА</source>
+        <translation>Samoa</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЙЕМЕН</source>
+        <translation>Yemen</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЗАМБИЯ</source>
+        <translation>Zambia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>АБХАЗИЯ</source>
+        <translation>Abkhazia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЮЖНАЯ ОСЕТИЯ</source>
+        <translation>South Ossetia</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ДНР</source>
+        <translation>Donetsk People&apos;s Republic</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>ЛНР</source>
+        <translation>Luhansk People&apos;s Republic</translation>
+    </message>
+    <message numerus="yes">
+        <location line="+57"/>
+        <source>Не более %n символов</source>
+        <translation>
+            <numerusform>At most %n character</numerusform>
+            <numerusform>At most %n characters</numerusform>
+        </translation>
     </message>
 </context>
 <context>
     <name>NVGlobals</name>
     <message>
-        <location filename="../platform/nvglobals/nvglobals.cpp" line="+98"/>
+        <location filename="../platform/nvglobals/nvglobals.cpp" line="+122"/>
         <source>Правый большой</source>
-        <translation type="unfinished"></translation>
+        <translation>Right thumb</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Правый указательный</source>
-        <translation type="unfinished"></translation>
+        <translation>Right index finger</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Правый средний</source>
-        <translation type="unfinished"></translation>
+        <translation>Right middle finger</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Правый безымянный</source>
-        <translation type="unfinished"></translation>
+        <translation>Right ring finger</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Правый мизинец</source>
-        <translation type="unfinished"></translation>
+        <translation>Right little finger</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Левый большой</source>
-        <translation type="unfinished"></translation>
+        <translation>Left thumb</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Левый указательный</source>
-        <translation type="unfinished"></translation>
+        <translation>Left index finger</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Левый средний</source>
-        <translation type="unfinished"></translation>
+        <translation>Left middle finger</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Левый безымянный</source>
-        <translation type="unfinished"></translation>
+        <translation>Left ring finger</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Левый мизинец</source>
-        <translation type="unfinished"></translation>
+        <translation>Left little finger</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Правая ладонь</source>
-        <translation type="unfinished"></translation>
+        <translation>Right palm</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Левая ладонь</source>
-        <translation type="unfinished"></translation>
+        <translation>Left palm</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Лицо</source>
-        <translation type="unfinished"></translation>
+        <translation>Face</translation>
+    </message>
+</context>
+<context>
+    <name>NVSpec</name>
+    <message>
+        <location filename="../src/custodyregimes.cpp" line="+8"/>
+        <source>Общий</source>
+        <translation>General</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Строгий</source>
+        <translation>Strict</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Особый</source>
+        <translation>Special</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Колония поселения</source>
+        <translation>Settlement colony</translation>
+    </message>
+</context>
+<context>
+    <name>NewWorkerProgressWizardPage</name>
+    <message>
+        <location filename="../src/wizards/newprogresswizardpages.cpp" line="+10"/>
+        <source>Сохранение</source>
+        <translation>Saving</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Операция отменена</source>
+        <translation>Operation cancelled</translation>
+    </message>
+</context>
+<context>
+    <name>ObjectsProgressWizardPage</name>
+    <message>
+        <location filename="../src/wizards/objectsprogresswizardpage.cpp" line="+83"/>
+        <source>Успешно завершено</source>
+        <translation>Completed successfully</translation>
+    </message>
+    <message>
+        <location line="+33"/>
+        <source>Ошибка</source>
+        <translation>Error</translation>
+    </message>
+</context>
+<context>
+    <name>PhotoWidget</name>
+    <message>
+        <location filename="../platform/nvwidgets/photowidget.cpp" line="+27"/>
+        <source>Загрузить</source>
+        <translation>Load</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <location line="+72"/>
+        <location line="+6"/>
+        <source>Загрузить фотографию</source>
+        <translation>Load a photo</translation>
+    </message>
+    <message>
+        <location line="-76"/>
+        <source>Очистить</source>
+        <translation>Clear</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Удалить фотографию</source>
+        <translation>Remove the photo</translation>
+    </message>
+    <message>
+        <location line="+58"/>
+        <source>Файл %1 не является изображением или поврежден</source>
+        <translation>File %1 is not an image or is damaged</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>Изображения (*.png *.jpg *.jpeg *.bmp)</source>
+        <translation>Images (*.png *.jpg *.jpeg *.bmp)</translation>
     </message>
 </context>
 <context>
@@ -138,58 +1675,669 @@
     <message>
         <location filename="../app/propertyframe.cpp" line="+17"/>
         <source>Сохранить</source>
-        <translation type="unfinished"></translation>
+        <translation>Save</translation>
     </message>
     <message>
         <location line="+1"/>
         <source>Отменить</source>
-        <translation type="unfinished"></translation>
+        <translation>Cancel</translation>
     </message>
     <message>
-        <location line="+76"/>
+        <location line="+83"/>
         <source>Изменений нет</source>
-        <translation type="unfinished"></translation>
+        <translation>No changes</translation>
     </message>
     <message>
         <location line="+2"/>
         <source>Сохранение...</source>
-        <translation type="unfinished"></translation>
+        <translation>Saving...</translation>
     </message>
     <message>
-        <location line="+55"/>
+        <location line="+56"/>
         <source>Проверьте заполнение полей</source>
-        <translation type="unfinished"></translation>
+        <translation>Check the fields</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <location filename="../app/studiostartup.cpp" line="+77"/>
+        <source>Не удалось записать файл %1: %2</source>
+        <translation>Could not write file %1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>RunJournal</name>
+    <message>
+        <location filename="../platform/localstorage/runjournal.cpp" line="+71"/>
+        <source>Не удалось открыть журнал массовых изменений: %1</source>
+        <translation>Could not open the bulk update log: %1</translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>нет файла хранилища %1</source>
+        <translation>no store file %1</translation>
+    </message>
+    <message>
+        <location line="+41"/>
+        <source>Журнал массовых изменений не открыт</source>
+        <translation>The bulk update log is not open</translation>
+    </message>
+    <message>
+        <location line="+25"/>
+        <source>Не удалось записать в журнал массовых изменений: %1</source>
+        <translation>Could not write to the bulk update log: %1</translation>
+    </message>
+</context>
+<context>
+    <name>SchedulePage</name>
+    <message>
+        <location filename="../app/schedulepage.cpp" line="+87"/>
+        <source>Годы с</source>
+        <translation>Years from</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>по</source>
+        <translation>to</translation>
+    </message>
+    <message>
+        <location line="+77"/>
+        <source>График работ не назначен</source>
+        <translation>No work schedule assigned</translation>
+    </message>
+</context>
+<context>
+    <name>SnilsEdit</name>
+    <message>
+        <location filename="../platform/nvwidgets/snilsedit.cpp" line="+36"/>
+        <source>Неверный СНИЛС: контрольное число не совпадает</source>
+        <translation>Invalid SNILS: the check number does not match</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Неполный СНИЛС: нужно 11 цифр</source>
+        <translation>Incomplete SNILS: 11 digits needed</translation>
+    </message>
+</context>
+<context>
+    <name>StoreFile</name>
+    <message>
+        <location filename="../platform/localstorage/storefile.cpp" line="+407"/>
+        <source>Файл хранилища поврежден (%1): %2</source>
+        <translation>The store file is damaged (%1): %2</translation>
     </message>
 </context>
 <context>
     <name>StudioStartup</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="+27"/>
+        <location filename="../app/studiostartup.cpp" line="-45"/>
         <source>Не удалось создать папку %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Could not create folder %1</translation>
     </message>
     <message>
-        <location line="+31"/>
+        <location line="+32"/>
         <source>Не удалось сохранить снимок окна в %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Could not save the window picture to %1</translation>
+    </message>
+</context>
+<context>
+    <name>TransferDepartmentWizardProgressPage</name>
+    <message>
+        <location filename="../src/wizards/transferprogresswizardpages.cpp" line="+187"/>
+        <source>Перевод подразделений</source>
+        <translation>Transfer of departments</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>подразделение</source>
+        <translation>department</translation>
+    </message>
+</context>
+<context>
+    <name>TransferProgressWizardPage</name>
+    <message>
+        <location line="-138"/>
+        <source>Операция отменена</source>
+        <translation>Operation cancelled</translation>
+    </message>
+    <message>
+        <location line="+15"/>
+        <source>Не выбраны объекты для перевода</source>
+        <translation>No objects chosen for the transfer</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Не выбрано подразделение, в которое выполняется перевод</source>
+        <translation>No department chosen to transfer to</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Объект %1 не найден</source>
+        <translation>Object %1 not found</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>%1 не является объектом вида «%2»</source>
+        <translation>%1 is not an object of kind “%2”</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Нельзя перевести %1 в %2</source>
+        <translation>Cannot transfer %1 to %2</translation>
+    </message>
+    <message>
+        <location line="+21"/>
+        <source>Перевод %1 в %2</source>
+        <translation>Transferring %1 to %2</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Ошибка перевода %1</source>
+        <translation>Failed to transfer %1</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Неизвестная ошибка</source>
+        <translation>Unknown error</translation>
+    </message>
+    <message>
+        <location line="+27"/>
+        <source>Перевод сотрудников завершен!</source>
+        <translation>Employee transfer finished!</translation>
+    </message>
+</context>
+<context>
+    <name>TransferWorkerWizardProgressPage</name>
+    <message>
+        <location line="+25"/>
+        <source>Перевод сотрудников</source>
+        <translation>Employee transfer</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>сотрудник</source>
+        <translation>employee</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateObjectWizard</name>
+    <message>
+        <location filename="../src/wizards/updateobjectwizard.cpp" line="+24"/>
+        <source>Мастер обновления объектов</source>
+        <translation>Object update wizard</translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>Выполнить</source>
+        <translation>Run</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateProgressWizardPage</name>
+    <message>
+        <location line="-29"/>
+        <source>Обработка %1</source>
+        <translation>Processing %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>%1 обработан</source>
+        <translation>%1 processed</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Ошибка обработки %1</source>
+        <translation>Failed to process %1</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Обновление объектов</source>
+        <translation>Updating objects</translation>
+    </message>
+</context>
+<context>
+    <name>WorkerAbsenceReasonModel</name>
+    <message>
+        <location filename="../src/absence/workerabsencereasonmodel.cpp" line="+105"/>
+        <source>??? %1</source>
+        <translation>??? %1</translation>
+    </message>
+    <message>
+        <location line="+33"/>
+        <source>Метка</source>
+        <translation>Mark</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Причина</source>
+        <translation>Reason</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>с</source>
+        <translation>from</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>по</source>
+        <translation>to</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Дата создания</source>
+        <translation>Created on</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Примечание</source>
+        <translation>Note</translation>
+    </message>
+</context>
+<context>
+    <name>WorkerPropertyView</name>
+    <message>
+        <location filename="../src/workerpropertyview.ui" line="+6"/>
+        <location line="+4"/>
+        <source>Личные данные</source>
+        <translation>Personal data</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location filename="../src/workerpropertyview.cpp" line="+885"/>
+        <source>Фамилия</source>
+        <translation>Surname</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <location filename="../src/workerpropertyview.cpp" line="+1"/>
+        <source>Имя</source>
+        <translation>First name</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <location filename="../src/workerpropertyview.cpp" line="+1"/>
+        <source>Отчество</source>
+        <translation>Patronymic</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <location filename="../src/workerpropertyview.cpp" line="+1"/>
+        <source>Пол</source>
+        <translation>Sex</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <location filename="../src/workerpropertyview.cpp" line="+1"/>
+        <source>Дата рождения</source>
+        <translation>Date of birth</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <location filename="../src/workerpropertyview.cpp" line="+1"/>
+        <source>Гражданство</source>
+        <translation>Citizenship</translation>
+    </message>
+    <message>
+        <location line="+17"/>
+        <location filename="../src/workerpropertyview.cpp" line="+31"/>
+        <source>Печать документов</source>
+        <translation>Print documents</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Печать</source>
+        <translation>Print</translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <location filename="../src/workerpropertyview.cpp" line="-30"/>
+        <source>Документ</source>
+        <translation>Document</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Вид</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Серия</source>
+        <translation>Series</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Номер</source>
+        <translation>Number</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <location filename="../src/workerpropertyview.cpp" line="+1"/>
+        <source>СНИЛС</source>
+        <translation>SNILS</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <location filename="../src/workerpropertyview.cpp" line="+1"/>
+        <source>ИНН</source>
+        <translation>INN</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <location filename="../src/workerpropertyview.cpp" line="-616"/>
+        <location line="+328"/>
+        <source>12 цифр</source>
+        <translation>12 digits</translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Данные БД</source>
+        <translation>Database data</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Идентификатор БД</source>
+        <translation>Database ID</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Внешний идентификатор</source>
+        <translation>External ID</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <location filename="../src/workerpropertyview.cpp" line="+290"/>
+        <source>Дополнительные сведения</source>
+        <translation>Additional information</translation>
+    </message>
+    <message>
+        <location filename="../src/workerpropertyview.cpp" line="-862"/>
+        <source>(разные значения)</source>
+        <translation>(various values)</translation>
+    </message>
+    <message>
+        <location line="+77"/>
+        <source>Не задан</source>
+        <translation>Not set</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Мужской</source>
+        <translation>Male</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Женский</source>
+        <translation>Female</translation>
+    </message>
+    <message>
+        <location line="+63"/>
+        <source>Не задано</source>
+        <translation>Not set</translation>
+    </message>
+    <message>
+        <location line="+168"/>
+        <source>Дата рождения должна быть не раньше %1 и не позже сегодняшнего дня</source>
+        <translation>The date of birth must be no earlier than %1 and no later than today</translation>
+    </message>
+    <message>
+        <location line="+125"/>
+        <source>Сохранение невозможно: фамилия не может быть пустой</source>
+        <translation>Cannot save: the surname cannot be empty</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Сохранение невозможно: ИНН сотрудника состоит из 12 цифр с верными контрольными цифрами</source>
+        <translation>Cannot save: an employee&apos;s INN is 12 digits with valid check digits</translation>
+    </message>
+    <message numerus="yes">
+        <location line="+116"/>
+        <source>Не более %n символов</source>
+        <translation>
+            <numerusform>At most %n character</numerusform>
+            <numerusform>At most %n characters</numerusform>
+        </translation>
+    </message>
+    <message>
+        <location line="+133"/>
+        <source>Сохранение параметров сотрудника %1</source>
+        <translation>Saving the data of employee %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Ошибка сохранения параметров сотрудника %1</source>
+        <translation>Failed to save the data of employee %1</translation>
+    </message>
+    <message>
+        <location line="+79"/>
+        <source>Параметры сохранены</source>
+        <translation>Data saved</translation>
+    </message>
+    <message>
+        <location line="+57"/>
+        <source>Сотрудник с таким табельным номером уже существует</source>
+        <translation>An employee with this personnel number already exists</translation>
+    </message>
+    <message>
+        <location line="+38"/>
+        <source>Табельный номер</source>
+        <translation>Personnel number</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Личные данные сотрудника</source>
+        <translation>Employee personal data</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Идентификатор БД: %1</source>
+        <translation>Database ID: %1</translation>
+    </message>
+</context>
+<context>
+    <name>WorkerScheduleModel</name>
+    <message>
+        <location filename="../src/schedule/workerschedulemodel.cpp" line="+413"/>
+        <source>Не назначен</source>
+        <translation>Not assigned</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>График работ: %1</source>
+        <translation>Work schedule: %1</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Причина отсутствия: %1</source>
+        <translation>Absence reason: %1</translation>
+    </message>
+</context>
+<context>
+    <name>WorkerUniqueParamChecker</name>
+    <message>
+        <location filename="../src/workeruniqueparamchecker.cpp" line="+37"/>
+        <source> и еще сотрудников: %1</source>
+        <translation> and %1 more employees</translation>
     </message>
 </context>
 <context>
     <name>main</name>
     <message>
-        <location filename="../app/main.cpp" line="+63"/>
+        <location filename="../app/main.cpp" line="+123"/>
         <source>--generate ждет число сотрудников от 1 до 5000000</source>
-        <translation type="unfinished"></translation>
+        <translation>--generate expects a number of employees from 1 to 5000000</translation>
     </message>
     <message>
         <location line="+2"/>
         <source>Файл %1 уже существует: для нового хранилища укажите другой --store</source>
-        <translation type="unfinished"></translation>
+        <translation>File %1 already exists: give another --store for a new store</translation>
     </message>
     <message>
         <location line="+6"/>
+        <source>--page ждет одно из: %1</source>
+        <translation>--page expects one of: %1</translation>
+    </message>
+    <message>
+        <location line="+5"/>
         <source>Не удалось открыть хранилище %1: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Could not open store %1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>nivaro</name>
+    <message>
+        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+50"/>
+        <source>Объект %1 не найден</source>
+        <translation>Object %1 not found</translation>
+    </message>
+</context>
+<context>
+    <name>nivaro::LocalStorage</name>
+    <message>
+        <location filename="../platform/localstorage/localstorage.cpp" line="+673"/>
+        <source>Объект без идентификатора не может быть сохранен</source>
+        <translation>An object without an ID cannot be saved</translation>
+    </message>
+    <message>
+        <location line="+52"/>
+        <source>Объект %1 не найден в хранилище</source>
+        <translation>Object %1 not found in the store</translation>
+    </message>
+</context>
+<context>
+    <name>nivaro::StoreFile</name>
+    <message>
+        <location filename="../platform/localstorage/storefile.cpp" line="-328"/>
+        <source>Недостаточно места на диске: изменения не записаны</source>
+        <translation>Not enough disk space: the changes were not written</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Файл хранилища доступен только для чтения: изменения не записаны</source>
+        <translation>The store file is read-only: the changes were not written</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Ошибка ввода-вывода при записи в файл хранилища: изменения не записаны</source>
+        <translation>I/O error writing the store file: the changes were not written</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Хранилище занято другим клиентом: изменения не записаны, повторите попытку</source>
+        <translation>The store is busy with another client: the changes were not written, try again</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Не удалось открыть файл хранилища: изменения не записаны</source>
+        <translation>Could not open the store file: the changes were not written</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Файл хранилища поврежден: изменения не записаны</source>
+        <translation>The store file is damaged: the changes were not written</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Не удалось записать изменения в хранилище</source>
+        <translation>Could not write the changes to the store</translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <location line="+3"/>
+        <source>Недостаточно места на диске: хранилище не открыть</source>
+        <translation>Not enough disk space: the store cannot be opened</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Ошибка ввода-вывода при чтении файла хранилища</source>
+        <translation>I/O error reading the store file</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Хранилище занято другим клиентом, повторите попытку</source>
+        <translation>The store is busy with another client, try again</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Нет доступа к файлу хранилища</source>
+        <translation>No access to the store file</translation>
+    </message>
+    <message>
+        <location line="+37"/>
+        <source>Нет доступа к файлу: %1</source>
+        <translation>No access to file: %1</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <location line="+31"/>
+        <location line="+80"/>
+        <source>Это не файл хранилища Nivaro-Studio</source>
+        <translation>This is not a Nivaro-Studio store file</translation>
+    </message>
+    <message>
+        <location line="-75"/>
+        <source>Файл создан более новой версией программы (формат %1, поддерживается %2)</source>
+        <translation>The file was made by a newer version of the program (format %1, supported %2)</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Файл хранилища поврежден: неизвестная версия формата</source>
+        <translation>The store file is damaged: unknown format version</translation>
+    </message>
+    <message>
+        <location line="+28"/>
+        <source>Не удалось открыть файл: %1</source>
+        <translation>Could not open file: %1</translation>
+    </message>
+    <message>
+        <location line="+20"/>
+        <source>Нет прав на запись в папку хранилища, а другой клиент держит его открытым: прочитать его можно будет, когда он закроет хранилище</source>
+        <translation>No write permission for the store folder, and another client holds the store open: it can be read once that client closes it</translation>
+    </message>
+    <message>
+        <location line="+45"/>
+        <location line="+6"/>
+        <source>Нет прав на запись в папку хранилища</source>
+        <translation>No write permission for the store folder</translation>
+    </message>
+    <message>
+        <location line="-2"/>
+        <source>Нет прав на запись в файл хранилища</source>
+        <translation>No write permission for the store file</translation>
+    </message>
+    <message>
+        <location line="+224"/>
+        <source>Файл хранилища поврежден (%1): %2</source>
+        <translation>The store file is damaged (%1): %2</translation>
+    </message>
+</context>
+<context>
+    <name>nivaro::StoreFile::Batch</name>
+    <message>
+        <location line="+180"/>
+        <source>Объект %1 не найден в хранилище</source>
+        <translation>Object %1 not found in the store</translation>
+    </message>
+</context>
+<context>
+    <name>nivaro::TaskExecutor</name>
+    <message>
+        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+131"/>
+        <source>Неизвестная команда: %1</source>
+        <translation>Unknown command: %1</translation>
+    </message>
+</context>
+<context>
+    <name>nivaro::TaskExecutorPrivate</name>
+    <message>
+        <location line="-98"/>
+        <source>Тип объекта %1 (%2) не совпадает с типом в задаче (%3)</source>
+        <translation>The type of object %1 (%2) does not match the type in the task (%3)</translation>
+    </message>
+    <message>
+        <location line="+43"/>
+        <source>Подразделение %1 не пусто: сначала удалите или переведите сотрудников</source>
+        <translation>Department %1 is not empty: delete or transfer its employees first</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,8 @@
 # macros, KDE's warning set, optional -Werror and sanitizers, and the helper
 # that turns a folder into a shared library with an export header and alias.
 
+include(NvdInstall)
+
 include(GenerateExportHeader)
 
 add_compile_definitions(
@@ -38,24 +40,38 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     endif()
 endif()
 
-# nvd_add_library(<target> ALIAS <alias> [SOURCES ...] [PUBLIC_LIBS ...] [PRIVATE_LIBS ...])
+# nvd_add_library(<target> ALIAS <alias> [SOURCES ...] [HEADERS ...]
+#                 [INCLUDE_SUBDIRS ...] [PUBLIC_LIBS ...] [PRIVATE_LIBS ...])
 # A shared library whose export header is <target>_export.h with the macro
-# <TARGET>_EXPORT, hidden visibility by default, and an alias target.
+# <TARGET>_EXPORT, hidden visibility by default, and an alias target that
+# is also its name in the installed CMake package. The headers among
+# SOURCES, plus HEADERS (those without a .h suffix or not compiled), are
+# installed; INCLUDE_SUBDIRS are subfolders that callers include from
+# directly.
 function(nvd_add_library target)
-    cmake_parse_arguments(ARG "" "ALIAS" "SOURCES;PUBLIC_LIBS;PRIVATE_LIBS" ${ARGN})
+    cmake_parse_arguments(ARG "" "ALIAS"
+        "SOURCES;HEADERS;INCLUDE_SUBDIRS;PUBLIC_LIBS;PRIVATE_LIBS" ${ARGN})
     add_library(${target} SHARED)
-    target_sources(${target} PRIVATE ${ARG_SOURCES})
+    target_sources(${target} PRIVATE ${ARG_SOURCES} ${ARG_HEADERS})
     generate_export_header(${target} BASE_NAME ${target})
-    target_include_directories(${target} PUBLIC
-        ${CMAKE_CURRENT_SOURCE_DIR}
-        ${CMAKE_CURRENT_BINARY_DIR})
     target_link_libraries(${target} PUBLIC ${ARG_PUBLIC_LIBS} PRIVATE ${ARG_PRIVATE_LIBS})
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR})
     if(ARG_ALIAS)
         add_library(${ARG_ALIAS} ALIAS ${target})
+        string(REGEX REPLACE "^nvd::" "" export_name ${ARG_ALIAS})
+        set_target_properties(${target} PROPERTIES EXPORT_NAME ${export_name})
     endif()
+
+    set(headers ${ARG_SOURCES})
+    list(FILTER headers INCLUDE REGEX "\\.h$")
+    list(FILTER headers EXCLUDE REGEX "_p\\.h$")
+    nvd_install_library(${target}
+        HEADERS ${headers} ${ARG_HEADERS}
+        INCLUDE_SUBDIRS ${ARG_INCLUDE_SUBDIRS}
+        PUBLIC_LIBS ${ARG_PUBLIC_LIBS}
+        PRIVATE_LIBS ${ARG_PRIVATE_LIBS})
 endfunction()
 
 include(NvdSanitizers)

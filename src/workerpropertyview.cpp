@@ -741,16 +741,15 @@ void WorkerPropertyView::rejectChanges()
 void WorkerPropertyView::saved(unsigned int uid)
 {
     // Replies come in the order the tasks went out, and a failure names no
-    // object: it answers the oldest save still out.
+    // object: it answers the oldest save still out. The order list holds
+    // exactly the uids of m_pending.
     unsigned int answered = uid;
-    if (uid == 0) {
-        while (!m_pendingOrder.isEmpty() && !m_pending.contains(answered = m_pendingOrder.takeFirst())) {
-        }
-    } else if (!m_pendingOrder.isEmpty() && m_pendingOrder.constFirst() == uid) {
+    if (uid == 0)
+        answered = m_pendingOrder.isEmpty() ? 0 : m_pendingOrder.takeFirst();
+    else if (!m_pendingOrder.isEmpty() && m_pendingOrder.constFirst() == uid)
         m_pendingOrder.removeFirst();
-    } else {
+    else
         m_pendingOrder.removeOne(uid);
-    }
     const auto it = m_pending.find(answered);
     if (it == m_pending.end()) {
         qDebug() << "worker view: reply for no outstanding save" << uid;
@@ -764,10 +763,8 @@ void WorkerPropertyView::saved(unsigned int uid)
         keepSaved(uid, *it);
     }
     m_pending.erase(it);
-    if (m_pending.isEmpty()) {
-        m_pendingOrder.clear();
+    if (m_pending.isEmpty())
         finishSaving();
-    }
 }
 
 // What a confirmed save wrote counts as stored from now on.

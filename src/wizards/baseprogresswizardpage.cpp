@@ -78,9 +78,41 @@ bool BaseProgressWizardPage::isComplete() const
 
 void BaseProgressWizardPage::initializePage()
 {
+    takeOverWizardButtons();
     m_failedInRun = false;
     ui->progressBar->resetState();
     executeNext();
+}
+
+// Every reply ends with completeChanged(), and QWizard answers each one by
+// hiding and showing its page area to restate the buttons: a relayout and a
+// repaint of the whole wizard per task, which over a long run costs more
+// than the tasks. The signal still goes out after every reply for whoever
+// follows the run; the wizard's buttons are restated only when the page's
+// completeness really changed, which is all they depend on during a run.
+void BaseProgressWizardPage::takeOverWizardButtons()
+{
+    m_relayedComplete = -1;
+    QWizard *w = wizard();
+    if (!w || w == m_relayWizard)
+        return;
+    static const char updateSlot[] = "_q_updateButtonStates()";
+    if (w->metaObject()->indexOfSlot(updateSlot) < 0)
+        return; // a Qt without that slot: leave its own connection alone
+    if (!disconnect(this, SIGNAL(completeChanged()), w, SLOT(_q_updateButtonStates())))
+        return;
+    m_relayWizard = w;
+    connect(this, &QWizardPage::completeChanged, this, &BaseProgressWizardPage::relayCompleteness,
+            Qt::UniqueConnection);
+}
+
+void BaseProgressWizardPage::relayCompleteness()
+{
+    const int complete = isComplete() ? 1 : 0;
+    if (!m_relayWizard || complete == m_relayedComplete)
+        return;
+    m_relayedComplete = complete;
+    QMetaObject::invokeMethod(m_relayWizard, "_q_updateButtonStates");
 }
 
 QString BaseProgressWizardPage::logText() const

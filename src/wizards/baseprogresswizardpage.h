@@ -9,10 +9,12 @@
 #include <taskinfo.h>
 
 #include <QList>
+#include <QPointer>
 #include <QScopedPointer>
 
 class BufferedLog;
 class NVProgressBar;
+class QWizard;
 namespace Ui {
 class BaseProgressWizardPage;
 }
@@ -85,6 +87,8 @@ private:
     void executeNext();
     void runHead();
     void finishRun();
+    void takeOverWizardButtons();
+    void relayCompleteness();
 
     QScopedPointer<Ui::BaseProgressWizardPage> ui;
     BufferedLog *m_log = nullptr;
@@ -92,6 +96,10 @@ private:
     QString m_finishMessage;
     ErrorHandlingPolicy m_policy = StopOnFailure;
     bool m_failedInRun = false;
+    // What the wizard's buttons last showed, when they follow this page
+    // through relayCompleteness(); -1 before the first relay.
+    int m_relayedComplete = -1;
+    QPointer<QWizard> m_relayWizard;
     SteppedLoop m_loop;
 };
 

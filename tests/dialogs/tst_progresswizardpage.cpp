@@ -9,6 +9,7 @@
 #include <objecttypes.h>
 #include <taskexecutor.h>
 
+#include <QAbstractButton>
 #include <QLabel>
 #include <QScrollBar>
 #include <QTemporaryDir>
@@ -82,6 +83,8 @@ private Q_SLOTS:
     void executorAnsweringAtOnceRunsWithoutRecursion();
     void nextTaskGoesOutBeforeCompletenessChanges_data();
     void nextTaskGoesOutBeforeCompletenessChanges();
+    void wizardButtonsFollowCompleteness_data();
+    void wizardButtonsFollowCompleteness();
     void newWorkerPageNeedsItsParametersPage_data();
     void newWorkerPageNeedsItsParametersPage();
     void replySlotsThroughTheExecutor();
@@ -354,6 +357,73 @@ void TestProgressWizardPage::nextTaskGoesOutBeforeCompletenessChanges()
     // every reply does.
     QCOMPARE(order, (QStringList{QStringLiteral("Начато: первая"), QStringLiteral("Начато: вторая"),
                                  QStringLiteral("complete"), QStringLiteral("complete"), QStringLiteral("complete")}));
+}
+
+void TestProgressWizardPage::wizardButtonsFollowCompleteness_data()
+{
+    QTest::addColumn<bool>("queued");
+    QTest::addColumn<int>("failingTask"); // -1: none
+    QTest::addColumn<bool>("secondRun");
+    QTest::newRow("direct") << false << -1 << false;
+    QTest::newRow("queued") << true << -1 << false;
+    QTest::newRow("queued, failure stops the run") << true << 1 << false;
+    QTest::newRow("tasks added after the end") << true << -1 << true;
+    QTest::newRow("back and run again") << false << 2 << true;
+}
+
+// The wizard's Finish button must say what the page says after every
+// change of completeness, however the replies arrive and whatever the
+// page went through before.
+void TestProgressWizardPage::wizardButtonsFollowCompleteness()
+{
+    QFETCH(bool, queued);
+    QFETCH(int, failingTask);
+    QFETCH(bool, secondRun);
+    Harness h(new BaseProgressWizardPage, new QWizardPage);
+    h.wizard.setOption(QWizard::NoCancelButtonOnLastPage, false);
+    int replies = 0;
+    connect(h.page, &BaseProgressWizardPage::executeTask, h.page, [&](const TaskInfo &t) {
+        const unsigned int uid = replies++ == failingTask ? 0 : 1;
+        QMetaObject::invokeMethod(t.widget.data(), "objectUpdated", queued ? Qt::QueuedConnection : Qt::DirectConnection,
+                                  Q_ARG(unsigned int, uid));
+    });
+    for (int i = 0; i < 4; ++i)
+        h.page->addTask(makeTask(QString::number(i)));
+    h.wizard.show();
+    QAbstractButton *finish = h.wizard.button(QWizard::FinishButton);
+    QStringList mismatches;
+    // While the wizard turns to the page it restates the buttons only once
+    // initializePage() has returned, so the check waits for that.
+    bool turning = false;
+    auto check = [&] {
+        if (!turning && h.wizard.currentPage() == h.page && finish->isEnabled() != h.page->isComplete())
+            mismatches << QStringLiteral("reply %1: finish %2, complete %3").arg(replies).arg(finish->isEnabled()).arg(h.page->isComplete());
+    };
+    auto turnToPage = [&] {
+        turning = true;
+        h.wizard.next();
+        turning = false;
+        check();
+    };
+    turnToPage();
+    connect(h.page, &QWizardPage::completeChanged, h.page, check);
+    QTRY_VERIFY(h.page->isComplete());
+    QVERIFY(finish->isEnabled());
+    if (secondRun) {
+        if (failingTask >= 0) {
+            h.wizard.back();
+            for (int i = 0; i < 2; ++i)
+                h.page->addTask(makeTask(QString::number(i)));
+            turnToPage();
+        } else {
+            h.page->addTask(makeTask(QStringLiteral("ещё")));
+            QVERIFY(!finish->isEnabled());
+            h.page->initializePage();
+        }
+        QTRY_VERIFY(h.page->isComplete());
+        QVERIFY(finish->isEnabled());
+    }
+    QCOMPARE(mismatches, QStringList());
 }
 
 void TestProgressWizardPage::newWorkerPageNeedsItsParametersPage_data()

@@ -2,6 +2,7 @@
 
 #include "nvdialogsutils.h"
 
+#include <localstorage.h>
 #include <nvglobals.h>
 
 PropertyBaseWidget::PropertyBaseWidget(QWidget *parent)
@@ -69,7 +70,11 @@ nivaro::TaskInfo PropertyBaseWidget::makeSaveTask(const nivaro::ObjectInfo &obje
     task.uid = object.uid();
     task.command = QStringLiteral("save_object");
     task.params.insert(QStringLiteral("object_type"), object.typeName());
-    task.params.insert(QStringLiteral("parent"), object.parent());
+    // A view never moves what it edits, and the executor takes a parent
+    // that differs from the store's for a move: a record the host read
+    // before another client moved the object would carry it back.
+    const nivaro::ObjectInfo *stored = nivaro::LocalStorage::instance()->constObject(object.uid());
+    task.params.insert(QStringLiteral("parent"), stored ? stored->parent() : object.parent());
     for (auto it = changed.cbegin(); it != changed.cend(); ++it)
         task.params.insert(QLatin1String("property-") + it.key(), it.value());
     task.widget = this;

@@ -601,6 +601,17 @@ void TestWorkerPropertyView::storeChangesShowWhileEditing()
     QCOMPARE(tasks.size(), 1);
     QCOMPARE(tasks.at(0).params.value(QStringLiteral("property-PT_SURNAME")).toString(), QStringLiteral("Сидоров"));
     QVERIFY(!tasks.at(0).params.contains(QStringLiteral("property-PT_PATRONYMIC")));
+
+    // Moved elsewhere while the host still hands the view the old record:
+    // the save must not carry the old department back.
+    ObjectInfo moved = store->object(1);
+    moved.setParent(30);
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {moved}));
+    m_view->setCurrent(selectionOf({employee(1)}));
+    child<QLineEdit>("leSurname")->setText(QStringLiteral("Кузнецов"));
+    const QList<TaskInfo> afterMove = applyAndCollect();
+    QCOMPARE(afterMove.size(), 1);
+    QCOMPARE(afterMove.at(0).params.value(QStringLiteral("parent")).toUInt(), 30u);
 }
 
 void TestWorkerPropertyView::clearedPhotoIsSent()

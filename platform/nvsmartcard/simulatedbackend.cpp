@@ -123,6 +123,32 @@ bool keyLengthFits(int type, int length)
     }
 }
 
+// OK when the settings are the kind the card's family needs, so that the
+// casts below are safe; a card family we do not play is NotSupported.
+int settingsFit(const VirtualCard &card, const nvsc::SmartCardSettings &settings)
+{
+    const nvsc::SmartCardSettings *s = &settings;
+    bool fits = false;
+    switch (card.type) {
+    case MifareClassic:
+        fits = dynamic_cast<const nvsc::MifareBaseSettings *>(s) != nullptr;
+        break;
+    case MifarePlus:
+        fits = dynamic_cast<const nvsc::MifarePlusSettings *>(s) != nullptr;
+        break;
+    case MifareDESFire:
+        fits = dynamic_cast<const nvsc::MifareDESFireSettings *>(s) != nullptr;
+        break;
+    default:
+        return nvcm::NotSupported;
+    }
+    if (!fits || settings.cardType() != card.type) {
+        qCDebug(lcSmartCard) << "settings for card type" << settings.cardType() << "on a" << card.name;
+        return nvcm::AuthError;
+    }
+    return nvcm::OK;
+}
+
 enum class Slot { A, B, Master };
 
 struct Candidate
@@ -210,10 +236,12 @@ std::pair<int, int> userRange(const VirtualCard &card, const nvsc::SmartCardSett
         last = s.lastBlock;
     }
     const int blocks = int(card.memSize / BlockSize);
+    if (blocks < 2)
+        return {0, 0};
     first = std::clamp(first, 1, blocks);
     last = last < 0 ? blocks - 1 : std::min(last, blocks - 1);
-    const int begin = dataBlocksBefore(first) * BlockSize;
-    const int end = dataBlocksBefore(last + 1) * BlockSize;
+    const int begin = std::min(dataBlocksBefore(first) * BlockSize, size);
+    const int end = std::min(dataBlocksBefore(last + 1) * BlockSize, size);
     return {begin, std::max(0, end - begin)};
 }
 
@@ -679,10 +707,8 @@ int SimulatedBackend::authorize(const nvcm::ReaderInfo &reader, const nvsc::Smar
     r->authorised = false;
     r->sessionKey = Key();
     const VirtualCard &card = *r->card;
-    if (settings.cardType() != card.type) {
-        qCDebug(lcSmartCard) << "authorize: settings for card type" << settings.cardType() << "on a" << card.name;
-        return nvcm::AuthError;
-    }
+    if (const int fit = settingsFit(card, settings); fit != nvcm::OK)
+        return fit;
     for (const Candidate &c : candidates(card, settings)) {
         if (keyOpens(card, c)) {
             r->authorised = true;
@@ -706,7 +732,9 @@ int SimulatedBackend::writeChunks(const nvcm::ReaderInfo &reader, const QString 
         const int code = beginCall(reader, call, r);
         if (code != nvcm::OK)
             return code;
-        if (!r->authorised || settings.cardType() != r->card->type)
+        if (const int fit = settingsFit(*r->card, settings); fit != nvcm::OK)
+            return fit;
+        if (!r->authorised)
             return nvcm::AuthError;
         const auto [begin, length] = userRange(*r->card, settings);
         offset = begin;
@@ -779,7 +807,9 @@ int SimulatedBackend::readData(const nvcm::ReaderInfo &reader, const nvsc::Smart
     const int code = beginCall(reader, QStringLiteral("readData"), r);
     if (code != nvcm::OK)
         return code;
-    if (!r->authorised || settings.cardType() != r->card->type)
+    if (const int fit = settingsFit(*r->card, settings); fit != nvcm::OK)
+        return fit;
+    if (!r->authorised)
         return nvcm::AuthError;
     const auto [offset, length] = userRange(*r->card, settings);
     data = r->card->userData.mid(offset, length);
@@ -793,7 +823,9 @@ int SimulatedBackend::updateKeys(const nvcm::ReaderInfo &reader, const nvsc::Sma
     const int code = beginCall(reader, QStringLiteral("updateKeys"), r);
     if (code != nvcm::OK)
         return code;
-    if (!r->authorised || settings.cardType() != r->card->type)
+    if (const int fit = settingsFit(*r->card, settings); fit != nvcm::OK)
+        return fit;
+    if (!r->authorised)
         return nvcm::AuthError;
     VirtualCard &card = *r->card;
 
@@ -922,7 +954,7 @@ bool SimulatedBackend::loadState(const QString &path)
         if (i >= m_readers.size()) {
             auto *reader = new Reader;
             reader->name = entry.name;
-            reader->deviceType = entry.deviceType;
+            reader->deviceType = entry.deviceType.isEmpty() ? db::devices::cardreader::SMARTCARD : entry.deviceType;
             reader->plugged = entry.plugged;
             m_readers.append(reader);
         }

@@ -403,7 +403,6 @@ struct SimulatedBackend::Reader
     std::optional<VirtualCard> card;   // lying on the reader
     std::optional<VirtualCard> pulled; // pulled off mid-write: in the operator's hand
     quint64 cardGeneration = 0;        // bumped whenever a card comes or goes
-    bool ejected = false;              // powered down, must be taken off first
     int attemptsUntilVisible = 0;
     int pullAfterChunks = -1;
 
@@ -480,7 +479,6 @@ void SimulatedBackend::putCard(int reader, const VirtualCard &card)
     r->card = card;
     r->card->userData.resize(int(card.userMemSize));
     r->pulled.reset();
-    r->ejected = false;
     ++r->cardGeneration;
 }
 
@@ -493,7 +491,6 @@ std::optional<VirtualCard> SimulatedBackend::takeCard(int reader)
     std::optional<VirtualCard> card;
     if (r->card) {
         card.swap(r->card);
-        r->ejected = false;
         ++r->cardGeneration;
     } else {
         card.swap(r->pulled);
@@ -642,8 +639,6 @@ int SimulatedBackend::openDevice(const nvcm::ReaderInfo &reader)
         return nvcm::NoCard;
     if (r->opened)
         return r->cardGeneration == r->sessionGeneration ? int(nvcm::OK) : int(nvcm::RemoveCard);
-    if (r->ejected)
-        return nvcm::RemoveCard;
     r->opened = true;
     r->sessionGeneration = r->cardGeneration;
     r->authorised = false;
@@ -670,13 +665,9 @@ void SimulatedBackend::closeDevice(const nvcm::ReaderInfo &reader)
 
 void SimulatedBackend::ejectCard(const nvcm::ReaderInfo &reader)
 {
-    QMutexLocker locker(&m_mutex);
-    if (Reader *r = findReader(reader)) {
-        r->opened = false;
-        r->authorised = false;
-        r->sessionKey = Key();
-        r->ejected = r->card.has_value();
-    }
+    // A contactless reader cannot push a card out: powering it down ends the
+    // session, and the card stays in the field until the operator takes it.
+    closeDevice(reader);
 }
 
 int SimulatedBackend::getCard(const nvcm::ReaderInfo &reader, nvcm::SCardInfo &info)
@@ -963,7 +954,6 @@ bool SimulatedBackend::loadState(const QString &path)
             continue;
         r->card = entry.card;
         r->pulled.reset();
-        r->ejected = false;
         ++r->cardGeneration;
     }
     return true;

@@ -401,17 +401,18 @@ private Q_SLOTS:
         QCOMPARE(manager->writeData(reader, pattern(100)), int(nvcm::OK));
     }
 
-    void ejectedCardMustBeTakenOff()
+    void ejectEndsTheSession()
     {
-        const VirtualCard card = makeCard(Classic1K);
-        backend->putCard(0, card);
-        QCOMPARE(manager->openDevice(reader), int(nvcm::OK));
+        backend->putCard(0, makeCard(Classic1K));
+        auto settings = settingsFor(Classic1K, Factory);
+        QCOMPARE(openAndAuthorize(*settings), int(nvcm::OK));
         manager->ejectCard(reader);
-        QCOMPARE(manager->openDevice(reader), int(nvcm::RemoveCard));
-        QVERIFY(backend->takeCard(0));
-        QCOMPARE(manager->openDevice(reader), int(nvcm::NoCard));
-        backend->putCard(0, card);
+        QVERIFY(!manager->isOpened(reader));
+        QByteArray data;
+        QCOMPARE(manager->readData(reader, data), int(nvcm::DeviceNotOpened));
+        // A new session starts unauthorised.
         QCOMPARE(manager->openDevice(reader), int(nvcm::OK));
+        QCOMPARE(manager->readData(reader, data), int(nvcm::AuthError));
     }
 
     void failCall_data()

@@ -26,6 +26,8 @@ constexpr int DesfireFrame = 48;
 // A DESFire card allocates in 32-byte blocks; the site's application, its
 // key set and the file header take three of them.
 constexpr quint32 DesfireOverhead = 96;
+// Larger than any contactless card there is.
+constexpr qint64 MaxCardMemory = 64 * 1024;
 
 const QLatin1String IdPrefix("sim:");
 
@@ -321,7 +323,7 @@ QString cardFromJson(const QJsonObject &o, VirtualCard &card)
     card.name = o.value(QStringLiteral("name")).toString();
     const qint64 mem = o.value(QStringLiteral("memSize")).toVariant().toLongLong();
     const qint64 user = o.value(QStringLiteral("userMemSize")).toVariant().toLongLong();
-    if (mem <= 0 || mem > 64 * 1024 || user < 0 || user > mem)
+    if (mem <= 0 || mem > MaxCardMemory || user < 0 || user > mem)
         return QStringLiteral("bad memory sizes %1/%2").arg(user).arg(mem);
     card.memSize = quint32(mem);
     card.userMemSize = quint32(user);
@@ -476,6 +478,10 @@ void SimulatedBackend::putCard(int reader, const VirtualCard &card)
         qCWarning(lcSmartCard) << "putCard: no reader" << reader;
         return;
     }
+    if (card.userMemSize > card.memSize || card.memSize > MaxCardMemory) {
+        qCWarning(lcSmartCard) << "putCard: no card has" << card.userMemSize << "of" << card.memSize << "bytes";
+        return;
+    }
     r->card = card;
     r->card->userData.resize(int(card.userMemSize));
     r->pulled.reset();
@@ -522,7 +528,7 @@ void SimulatedBackend::pullCardAfterChunks(int reader, int chunks)
 void SimulatedBackend::failCall(const QString &call, int code, int times)
 {
     QMutexLocker locker(&m_mutex);
-    if (times == 0)
+    if (times == 0 || code < 0)
         return;
     m_failures.append(new Failure{call, code, times});
 }

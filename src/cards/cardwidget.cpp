@@ -118,10 +118,14 @@ quint64 CardWidget::cardNumberFromUid(const QString &uidHex)
     digits.remove(QLatin1Char(':'));
     if (digits.isEmpty() || digits.size() % 2 != 0)
         return 0;
-    const QByteArray bytes = QByteArray::fromHex(digits.toLatin1());
-    // fromHex skips what is not hex: a text that shrank was not a UID.
-    if (bytes.size() * 2 != digits.size())
+    // fromHex reads what is not hex as something: check first.
+    const bool hex = std::all_of(digits.cbegin(), digits.cend(), [](QChar c) {
+        const ushort u = c.unicode();
+        return (u >= '0' && u <= '9') || (u >= 'a' && u <= 'f') || (u >= 'A' && u <= 'F');
+    });
+    if (!hex)
         return 0;
+    const QByteArray bytes = QByteArray::fromHex(digits.toLatin1());
     quint64 number = 0;
     for (int i = qMax(0, bytes.size() - 8); i < bytes.size(); ++i)
         number = (number << 8) | quint8(bytes.at(i));

@@ -26,6 +26,8 @@ constexpr int DesfireFrame = 48;
 // A DESFire card allocates in 32-byte blocks; the site's application, its
 // key set and the file header take three of them.
 constexpr quint32 DesfireOverhead = 96;
+// Larger than any contactless card there is.
+constexpr qint64 MaxCardMemory = 64 * 1024;
 
 const QLatin1String IdPrefix("sim:");
 
@@ -123,6 +125,32 @@ bool keyLengthFits(int type, int length)
     }
 }
 
+// OK when the settings are the kind the card's family needs, so that the
+// casts below are safe; a card family we do not play is NotSupported.
+int settingsFit(const VirtualCard &card, const nvsc::SmartCardSettings &settings)
+{
+    const nvsc::SmartCardSettings *s = &settings;
+    bool fits = false;
+    switch (card.type) {
+    case MifareClassic:
+        fits = dynamic_cast<const nvsc::MifareBaseSettings *>(s) != nullptr;
+        break;
+    case MifarePlus:
+        fits = dynamic_cast<const nvsc::MifarePlusSettings *>(s) != nullptr;
+        break;
+    case MifareDESFire:
+        fits = dynamic_cast<const nvsc::MifareDESFireSettings *>(s) != nullptr;
+        break;
+    default:
+        return nvcm::NotSupported;
+    }
+    if (!fits || settings.cardType() != card.type) {
+        qCDebug(lcSmartCard) << "settings for card type" << settings.cardType() << "on a" << card.name;
+        return nvcm::AuthError;
+    }
+    return nvcm::OK;
+}
+
 enum class Slot { A, B, Master };
 
 struct Candidate
@@ -210,10 +238,12 @@ std::pair<int, int> userRange(const VirtualCard &card, const nvsc::SmartCardSett
         last = s.lastBlock;
     }
     const int blocks = int(card.memSize / BlockSize);
+    if (blocks < 2)
+        return {0, 0};
     first = std::clamp(first, 1, blocks);
     last = last < 0 ? blocks - 1 : std::min(last, blocks - 1);
-    const int begin = dataBlocksBefore(first) * BlockSize;
-    const int end = dataBlocksBefore(last + 1) * BlockSize;
+    const int begin = std::min(dataBlocksBefore(first) * BlockSize, size);
+    const int end = std::min(dataBlocksBefore(last + 1) * BlockSize, size);
     return {begin, std::max(0, end - begin)};
 }
 
@@ -293,7 +323,7 @@ QString cardFromJson(const QJsonObject &o, VirtualCard &card)
     card.name = o.value(QStringLiteral("name")).toString();
     const qint64 mem = o.value(QStringLiteral("memSize")).toVariant().toLongLong();
     const qint64 user = o.value(QStringLiteral("userMemSize")).toVariant().toLongLong();
-    if (mem <= 0 || mem > 64 * 1024 || user < 0 || user > mem)
+    if (mem <= 0 || mem > MaxCardMemory || user < 0 || user > mem)
         return QStringLiteral("bad memory sizes %1/%2").arg(user).arg(mem);
     card.memSize = quint32(mem);
     card.userMemSize = quint32(user);
@@ -375,7 +405,6 @@ struct SimulatedBackend::Reader
     std::optional<VirtualCard> card;   // lying on the reader
     std::optional<VirtualCard> pulled; // pulled off mid-write: in the operator's hand
     quint64 cardGeneration = 0;        // bumped whenever a card comes or goes
-    bool ejected = false;              // powered down, must be taken off first
     int attemptsUntilVisible = 0;
     int pullAfterChunks = -1;
 
@@ -449,10 +478,13 @@ void SimulatedBackend::putCard(int reader, const VirtualCard &card)
         qCWarning(lcSmartCard) << "putCard: no reader" << reader;
         return;
     }
+    if (card.userMemSize > card.memSize || card.memSize > MaxCardMemory) {
+        qCWarning(lcSmartCard) << "putCard: no card has" << card.userMemSize << "of" << card.memSize << "bytes";
+        return;
+    }
     r->card = card;
     r->card->userData.resize(int(card.userMemSize));
     r->pulled.reset();
-    r->ejected = false;
     ++r->cardGeneration;
 }
 
@@ -465,7 +497,6 @@ std::optional<VirtualCard> SimulatedBackend::takeCard(int reader)
     std::optional<VirtualCard> card;
     if (r->card) {
         card.swap(r->card);
-        r->ejected = false;
         ++r->cardGeneration;
     } else {
         card.swap(r->pulled);
@@ -497,7 +528,7 @@ void SimulatedBackend::pullCardAfterChunks(int reader, int chunks)
 void SimulatedBackend::failCall(const QString &call, int code, int times)
 {
     QMutexLocker locker(&m_mutex);
-    if (times == 0)
+    if (times == 0 || code < 0)
         return;
     m_failures.append(new Failure{call, code, times});
 }
@@ -614,8 +645,6 @@ int SimulatedBackend::openDevice(const nvcm::ReaderInfo &reader)
         return nvcm::NoCard;
     if (r->opened)
         return r->cardGeneration == r->sessionGeneration ? int(nvcm::OK) : int(nvcm::RemoveCard);
-    if (r->ejected)
-        return nvcm::RemoveCard;
     r->opened = true;
     r->sessionGeneration = r->cardGeneration;
     r->authorised = false;
@@ -642,13 +671,9 @@ void SimulatedBackend::closeDevice(const nvcm::ReaderInfo &reader)
 
 void SimulatedBackend::ejectCard(const nvcm::ReaderInfo &reader)
 {
-    QMutexLocker locker(&m_mutex);
-    if (Reader *r = findReader(reader)) {
-        r->opened = false;
-        r->authorised = false;
-        r->sessionKey = Key();
-        r->ejected = r->card.has_value();
-    }
+    // A contactless reader cannot push a card out: powering it down ends the
+    // session, and the card stays in the field until the operator takes it.
+    closeDevice(reader);
 }
 
 int SimulatedBackend::getCard(const nvcm::ReaderInfo &reader, nvcm::SCardInfo &info)
@@ -679,10 +704,8 @@ int SimulatedBackend::authorize(const nvcm::ReaderInfo &reader, const nvsc::Smar
     r->authorised = false;
     r->sessionKey = Key();
     const VirtualCard &card = *r->card;
-    if (settings.cardType() != card.type) {
-        qCDebug(lcSmartCard) << "authorize: settings for card type" << settings.cardType() << "on a" << card.name;
-        return nvcm::AuthError;
-    }
+    if (const int fit = settingsFit(card, settings); fit != nvcm::OK)
+        return fit;
     for (const Candidate &c : candidates(card, settings)) {
         if (keyOpens(card, c)) {
             r->authorised = true;
@@ -706,7 +729,9 @@ int SimulatedBackend::writeChunks(const nvcm::ReaderInfo &reader, const QString 
         const int code = beginCall(reader, call, r);
         if (code != nvcm::OK)
             return code;
-        if (!r->authorised || settings.cardType() != r->card->type)
+        if (const int fit = settingsFit(*r->card, settings); fit != nvcm::OK)
+            return fit;
+        if (!r->authorised)
             return nvcm::AuthError;
         const auto [begin, length] = userRange(*r->card, settings);
         offset = begin;
@@ -779,7 +804,9 @@ int SimulatedBackend::readData(const nvcm::ReaderInfo &reader, const nvsc::Smart
     const int code = beginCall(reader, QStringLiteral("readData"), r);
     if (code != nvcm::OK)
         return code;
-    if (!r->authorised || settings.cardType() != r->card->type)
+    if (const int fit = settingsFit(*r->card, settings); fit != nvcm::OK)
+        return fit;
+    if (!r->authorised)
         return nvcm::AuthError;
     const auto [offset, length] = userRange(*r->card, settings);
     data = r->card->userData.mid(offset, length);
@@ -793,7 +820,9 @@ int SimulatedBackend::updateKeys(const nvcm::ReaderInfo &reader, const nvsc::Sma
     const int code = beginCall(reader, QStringLiteral("updateKeys"), r);
     if (code != nvcm::OK)
         return code;
-    if (!r->authorised || settings.cardType() != r->card->type)
+    if (const int fit = settingsFit(*r->card, settings); fit != nvcm::OK)
+        return fit;
+    if (!r->authorised)
         return nvcm::AuthError;
     VirtualCard &card = *r->card;
 
@@ -922,7 +951,7 @@ bool SimulatedBackend::loadState(const QString &path)
         if (i >= m_readers.size()) {
             auto *reader = new Reader;
             reader->name = entry.name;
-            reader->deviceType = entry.deviceType;
+            reader->deviceType = entry.deviceType.isEmpty() ? db::devices::cardreader::SMARTCARD : entry.deviceType;
             reader->plugged = entry.plugged;
             m_readers.append(reader);
         }
@@ -931,7 +960,6 @@ bool SimulatedBackend::loadState(const QString &path)
             continue;
         r->card = entry.card;
         r->pulled.reset();
-        r->ejected = false;
         ++r->cardGeneration;
     }
     return true;

@@ -310,6 +310,53 @@ private Q_SLOTS:
             QCOMPARE(calls.at(i), qMakePair(i + 1, calls.size()));
     }
 
+    void settingsChooseTheDataArea_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<int>("first"); // first block, or file offset
+        QTest::addColumn<int>("last");  // last block, or file size
+        QTest::addColumn<int>("offset"); // where that is in user memory
+        QTest::addColumn<int>("size");
+        // Blocks 4..6 of sector 1; blocks 1 and 2 come before, 3 is a trailer.
+        QTest::newRow("classic sector 1") << int(Classic1K) << 4 << 6 << 32 << 48;
+        QTest::newRow("classic across a trailer") << int(Classic1K) << 2 << 4 << 16 << 32;
+        // Sector 32 of a 4K card starts at block 128, with 15 data blocks.
+        QTest::newRow("plus sl3 big sector") << int(Plus3_4K) << 128 << 143 << 95 * 16 << 240;
+        QTest::newRow("desfire file window") << int(DESFire4) << 100 << 50 << 100 << 50;
+    }
+
+    void settingsChooseTheDataArea()
+    {
+        QFETCH(int, kind);
+        QFETCH(int, first);
+        QFETCH(int, last);
+        QFETCH(int, offset);
+        QFETCH(int, size);
+        auto settings = settingsFor(Kind(kind), Factory);
+        if (auto *d = dynamic_cast<nvsc::MifareDESFireSettings *>(settings.get())) {
+            d->fileOffset = quint32(first);
+            d->fileSize = quint32(last);
+        } else if (auto *p = dynamic_cast<nvsc::MifarePlusSettings *>(settings.get()); p && isSl3(Kind(kind))) {
+            p->sl3.firstBlock = first;
+            p->sl3.lastBlock = last;
+        } else {
+            auto *b = dynamic_cast<nvsc::MifareBaseSettings *>(settings.get());
+            b->firstBlock = first;
+            b->lastBlock = last;
+        }
+        const VirtualCard card = makeCard(Kind(kind));
+        backend->putCard(0, card);
+        QCOMPARE(openAndAuthorize(*settings), int(nvcm::OK));
+        QCOMPARE(manager->writeData(reader, pattern(size + 1)), int(nvcm::TooMuchData));
+        QCOMPARE(manager->writeData(reader, pattern(size)), int(nvcm::OK));
+        QByteArray expected(int(card.userMemSize), '\0');
+        expected.replace(offset, size, pattern(size));
+        QCOMPARE(backend->cardOn(0)->userData, expected);
+        QByteArray data;
+        QCOMPARE(manager->readData(reader, data), int(nvcm::OK));
+        QCOMPARE(data, pattern(size));
+    }
+
     void cardAppearsOnAttempt_data()
     {
         QTest::addColumn<int>("attempt");
@@ -354,17 +401,18 @@ private Q_SLOTS:
         QCOMPARE(manager->writeData(reader, pattern(100)), int(nvcm::OK));
     }
 
-    void ejectedCardMustBeTakenOff()
+    void ejectEndsTheSession()
     {
-        const VirtualCard card = makeCard(Classic1K);
-        backend->putCard(0, card);
-        QCOMPARE(manager->openDevice(reader), int(nvcm::OK));
+        backend->putCard(0, makeCard(Classic1K));
+        auto settings = settingsFor(Classic1K, Factory);
+        QCOMPARE(openAndAuthorize(*settings), int(nvcm::OK));
         manager->ejectCard(reader);
-        QCOMPARE(manager->openDevice(reader), int(nvcm::RemoveCard));
-        QVERIFY(backend->takeCard(0));
-        QCOMPARE(manager->openDevice(reader), int(nvcm::NoCard));
-        backend->putCard(0, card);
+        QVERIFY(!manager->isOpened(reader));
+        QByteArray data;
+        QCOMPARE(manager->readData(reader, data), int(nvcm::DeviceNotOpened));
+        // A new session starts unauthorised.
         QCOMPARE(manager->openDevice(reader), int(nvcm::OK));
+        QCOMPARE(manager->readData(reader, data), int(nvcm::AuthError));
     }
 
     void failCall_data()

@@ -439,7 +439,8 @@ private:
     }
 
     // The profiles a site keeps for its three card families: a Classic one
-    // with its own keys, a DESFire one writing the second data format, and
+    // with its own keys, a DESFire one (DES keys, as new cards ship) writing
+    // the second data format, and
     // a Plus one in security level 3.
     bool addCardProfiles(QString *error)
     {
@@ -454,8 +455,8 @@ private:
         ObjectInfo desfire(nextUid(), nivaro::OT_SMARTCARD_PROFILE,
                            {{p::common::NAME, QStringLiteral("Mifare DESFire — шаблоны v2")},
                             {p::common::DATA_FORMAT, QStringLiteral("v2")},
-                            {p::mfdesfire::KEY_MASTER, QStringLiteral("00112233445566778899AABBCCDDEEFF")},
-                            {p::mfdesfire::KEY_APP, QStringLiteral("FFEEDDCCBBAA99887766554433221100")},
+                            {p::mfdesfire::KEY_MASTER, QStringLiteral("0011223344556677")},
+                            {p::mfdesfire::KEY_APP, QStringLiteral("8899AABBCCDDEEFF")},
                             {p::mfdesfire::KEY_APP_NR, QStringLiteral("1")},
                             {p::mfdesfire::APP_ID, QStringLiteral("5133654")},
                             {p::mfdesfire::FILE_ID, QStringLiteral("1")},

@@ -67,6 +67,7 @@ private Q_SLOTS:
     void cardNumberFromUid_data();
     void cardNumberFromUid();
     void noReaders();
+    void hidReaderExplains();
     void everyFlowEndsReady_data();
     void everyFlowEndsReady();
 
@@ -142,6 +143,23 @@ void TestCardWidget::noReaders()
     QCOMPARE(profiles->count(), 3);
     QCOMPARE(profiles->itemText(0), QStringLiteral("Ключи по умолчанию"));
     QCOMPARE(profiles->itemText(1), QStringLiteral("Classic"));
+}
+
+// A keyboard-style reader only types card numbers: the widget says so and
+// stays usable.
+void TestCardWidget::hidReaderExplains()
+{
+    m_backend->addReader(QStringLiteral("Z-2 USB"), db::devices::cardreader::HID);
+    CardWidget widget;
+    widget.setWorker(Worker);
+    auto *readers = widget.findChild<QComboBox *>(QStringLiteral("cbReader"));
+    QCOMPARE(readers->currentText(), QStringLiteral("Z-2 USB (только номер карты)"));
+    auto *read = widget.findChild<QPushButton *>(QStringLiteral("pbRead"));
+    read->click();
+    QVERIFY(!widget.isBusy());
+    QVERIFY(read->isEnabled());
+    QCOMPARE(widget.resultText(), QStringLiteral("Выбранный считыватель не работает со смарт-картами"));
+    QVERIFY(widget.resultIsError());
 }
 
 // Whatever happens at the reader, the operation ends with the controls

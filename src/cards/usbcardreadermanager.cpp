@@ -113,18 +113,20 @@ USBCardReaderManagerPrivate::~USBCardReaderManagerPrivate()
 int USBCardReaderManagerPrivate::start(quint32 reader, Worker worker, void (USBCardReaderManagerPrivate::*finished)(),
                                        int ticks)
 {
+    // Two workers on one reader would interleave their commands to the
+    // card, and the running one reads the fields set below.
+    if (busy) {
+        CARD_DEBUG << "Reader busy" << reader;
+        return 0;
+    }
     currentReader = reader;
     const auto it = readers.constFind(reader);
     if (it == readers.constEnd() || it->parameter(db::devices::TYPE) != db::devices::cardreader::SMARTCARD) {
         CARD_DEBUG << "No smart-card reader" << reader;
         return 0;
     }
-    // Two workers on one reader would interleave their commands to the card.
-    if (busy) {
-        CARD_DEBUG << "Reader busy" << reader;
-        return 0;
-    }
     updateCardProfileInherit();
+    operationCard = cardObject;
     watcher.disconnect(this);
     const QFuture<ObjectInfo> future = QtConcurrent::run(this, worker);
     connect(&watcher, &QFutureWatcher<ObjectInfo>::finished, this, finished);
@@ -475,7 +477,7 @@ ObjectInfo USBCardReaderManagerPrivate::doWriteCardUID()
 
     // The identifier the card widget put into its card object: the
     // employee's card UID as the terminals look it up.
-    const QString uid = cardObject.parameter(nvcm::UID);
+    const QString uid = operationCard.parameter(nvcm::UID);
     if (getCardProfile(card).writeMode())
         CARD_DEBUG << "DO WRITE CARD UID V2: card uid" << uid;
     else
@@ -529,9 +531,9 @@ SmartCardProfile USBCardReaderManagerPrivate::getCardProfile(const ObjectInfo &c
 // record handed back can be saved as it stands.
 void USBCardReaderManagerPrivate::mergeCardInfo(ObjectInfo &card) const
 {
-    if (!cardObject.isValid())
+    if (!operationCard.isValid())
         return;
-    ObjectInfo merged = cardObject;
+    ObjectInfo merged = operationCard;
     const ObjectInfo::Parameters &read = card.parameters();
     for (auto it = read.constBegin(); it != read.constEnd(); ++it)
         merged.setParameter(it.key(), it.value());

@@ -43,6 +43,9 @@ public:
     // read from a pool thread.
     nivaro::ObjectInfo resolvedProfile;
     QStringList candidateProfiles;
+    // cardObject as it was when the operation started: the card widget may
+    // set another while the worker still reads this one.
+    nivaro::ObjectInfo operationCard;
 
     nivaro::ObjectInfo doReadCard();
     nivaro::ObjectInfo doFormatCard();

@@ -1,5 +1,7 @@
 #include <usbcardreadermanager.h>
 
+#include <nvdialogsutils.h>
+
 #include <cardblocks_p.h>
 
 #include <datanames.h>
@@ -111,6 +113,7 @@ private Q_SLOTS:
     void cardPulledMidWrite();
     void templatesV1GoToTheLastReader();
     void stopReadCardOnlySignals();
+    void debugLinesFollowTheSwitch();
 
 private:
     bool run(int started, int expectedTicks);
@@ -404,6 +407,29 @@ void TestUSBCardReaderManager::stopReadCardOnlySignals()
     QCOMPARE(found.count(), 1);
     QVERIFY(run(ticks, 5));
     QVERIFY(m_rec->events.contains(QStringLiteral("card")));
+}
+
+namespace {
+QStringList s_debugLines;
+void captureDebug(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtDebugMsg)
+        s_debugLines << QString::fromLatin1(context.file) + QLatin1Char(' ') + text;
+}
+} // namespace
+
+void TestUSBCardReaderManager::debugLinesFollowTheSwitch()
+{
+    s_debugLines.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(captureDebug);
+    QCOMPARE(m_manager->getCard(HidReader), 0);
+    NVDialogsUtils::setDebugEnabled(true);
+    QCOMPARE(m_manager->getCard(HidReader), 0);
+    NVDialogsUtils::setDebugEnabled(false);
+    QCOMPARE(m_manager->getCard(HidReader), 0);
+    qInstallMessageHandler(previous);
+    QCOMPARE(s_debugLines.size(), 1);
+    QVERIFY2(s_debugLines.first().startsWith(QStringLiteral("src/usbcardreadermanager ")), qPrintable(s_debugLines.first()));
 }
 
 QTEST_MAIN(TestUSBCardReaderManager)

@@ -72,7 +72,7 @@ int main(int argc, char *argv[])
                                               QStringLiteral("Render the window once loaded into a PNG file and exit."),
                                               QStringLiteral("file"));
     const QCommandLineOption pageOption(QStringLiteral("page"),
-                                        QStringLiteral("Page of the employee the screenshot shows: properties, schedule or absences."),
+                                        QStringLiteral("Page of the employee the screenshot shows: properties, schedule, absences or cards."),
                                         QStringLiteral("page"), QStringLiteral("properties"));
     const QCommandLineOption langOption(QStringLiteral("lang"),
                                         QStringLiteral("Language of the window: ru or en (from the system locale when not given)."),
@@ -125,7 +125,8 @@ int main(int argc, char *argv[])
             return fail(QApplication::translate("main", "Файл %1 уже существует: для нового хранилища укажите другой --store").arg(path));
     }
 
-    const QStringList pages{QStringLiteral("properties"), QStringLiteral("schedule"), QStringLiteral("absences")};
+    const QStringList pages{QStringLiteral("properties"), QStringLiteral("schedule"), QStringLiteral("absences"),
+                            QStringLiteral("cards")};
     const int page = pages.indexOf(parser.value(pageOption));
     if (page < 0)
         return fail(QApplication::translate("main", "--page ждет одно из: %1").arg(pages.join(QStringLiteral(", "))));
@@ -135,6 +136,8 @@ int main(int argc, char *argv[])
     if (!StudioStartup::openStore(storage, path, employees, &error))
         return fail(QApplication::translate("main", "Не удалось открыть хранилище %1: %2").arg(path, error));
 
+    // Before the window: its card widget lists the readers once, when made.
+    StudioStartup::setUpCardReaders(path);
     MainWindow window(storage);
     window.show();
 
@@ -153,6 +156,7 @@ int main(int argc, char *argv[])
     // Once the window is up, so that the question has something behind it.
     QTimer::singleShot(0, &window, &MainWindow::offerInterruptedRuns);
     const int result = app.exec();
+    StudioStartup::saveCardReaders(path);
     storage->close();
     return result;
 }

@@ -3,6 +3,8 @@
 #include "absencepage.h"
 #include "bulkupdatedialog.h"
 #include "bulkupdateruns.h"
+#include "cardreadersmenu.h"
+#include "cardspage.h"
 #include "propertyframe.h"
 #include "schedulepage.h"
 #include "studiostartup.h"
@@ -14,6 +16,8 @@
 #include <objecttreeproxy.h>
 #include <objecttypes.h>
 #include <taskexecutor.h>
+#include <cardwidget.h>
+#include <simulatedbackend.h>
 #include <updateobjectwizard.h>
 #include <workerpropertyview.h>
 
@@ -71,6 +75,7 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     , m_tabs(new QTabWidget)
     , m_schedulePage(new SchedulePage(storage))
     , m_absencePage(new AbsencePage(storage))
+    , m_cardsPage(new CardsPage)
     , m_statusCounts(new QLabel)
     , m_statusAccess(new QLabel)
     , m_runs(new BulkUpdateRuns(m_executor, this))
@@ -105,6 +110,13 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     m_bulkUpdate->setObjectName(QStringLiteral("bulkUpdateAction"));
     m_bulkUpdate->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_U));
     m_bulkUpdate->setEnabled(false);
+    // Virtual cards are put on virtual readers from here; real readers
+    // need a real hand.
+    if (auto simulated = std::dynamic_pointer_cast<nvsmartcard::SimulatedBackend>(nvsmartcard::defaultBackend())) {
+        m_readersMenu = new CardReadersMenu(simulated, StudioStartup::cardStatePath(storage->fileName()), this);
+        menuBar()->addMenu(m_readersMenu);
+        connect(m_readersMenu, &CardReadersMenu::status, this, [this](const QString &line) { statusBar()->showMessage(line, 10000); });
+    }
 
     m_proxy->setSourceModel(storage->model(nivaro::ORGSTRUCTURE_DATANAME));
     m_proxy->setTypeFilter({nivaro::OT_SUBJECT_ROOT, nivaro::OT_FIRM, nivaro::OT_DEPARTMENT, nivaro::OT_WORKER});
@@ -143,6 +155,7 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     m_tabs->addTab(m_frame, tr("Личные данные"));
     m_tabs->addTab(m_schedulePage, tr("График работ"));
     m_tabs->addTab(m_absencePage, tr("Отсутствия"));
+    m_tabs->addTab(m_cardsPage, tr("Карты"));
     m_stack->addWidget(m_tabs);
 
     auto *splitter = new QSplitter;
@@ -160,6 +173,14 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
             [this](const nivaro::TaskInfo &task, bool ok, const QString &error) {
                 if (task.widget == m_workerView)
                     m_frame->taskFinished(task, ok, error);
+            });
+    CardWidget *cardWidget = m_cardsPage->cardWidget();
+    connect(cardWidget, &CardWidget::appendTask, m_executor, &nivaro::TaskExecutor::execute);
+    // The server's reason for refusing a card is what the operator must read.
+    connect(m_executor, &nivaro::TaskExecutor::taskFinished, cardWidget,
+            [cardWidget](const nivaro::TaskInfo &task, bool ok, const QString &error) {
+                if (!ok && task.widget == cardWidget)
+                    cardWidget->showResult(error, true);
             });
 
     statusBar()->addWidget(new QLabel(tr("Хранилище: %1").arg(QDir::toNativeSeparators(storage->fileName()))), 1);
@@ -344,8 +365,10 @@ void MainWindow::showSelection(const QList<TYPE_ID> &uids)
     const TYPE_ID worker = single ? selection.cbegin().key() : 0;
     m_schedulePage->setWorker(worker);
     m_absencePage->setWorker(worker);
+    m_cardsPage->setWorker(worker);
     m_tabs->setTabEnabled(m_tabs->indexOf(m_schedulePage), single);
     m_tabs->setTabEnabled(m_tabs->indexOf(m_absencePage), single);
+    m_tabs->setTabEnabled(m_tabs->indexOf(m_cardsPage), single);
     if (!single)
         m_tabs->setCurrentWidget(m_frame);
     m_stack->setCurrentWidget(m_tabs);

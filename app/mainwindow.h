@@ -6,6 +6,8 @@
 #include <QMainWindow>
 
 class AbsencePage;
+class CardReadersMenu;
+class CardsPage;
 class BulkUpdateRuns;
 class UpdateObjectWizard;
 class PropertyFrame;
@@ -49,6 +51,9 @@ public:
     QTabWidget *employeeTabs() const { return m_tabs; }
     SchedulePage *schedulePage() const { return m_schedulePage; }
     AbsencePage *absencePage() const { return m_absencePage; }
+    CardsPage *cardsPage() const { return m_cardsPage; }
+    // Null unless the readers are the simulated ones.
+    CardReadersMenu *readersMenu() const { return m_readersMenu; }
     nivaro::TaskExecutor *executor() const { return m_executor; }
 
     // Selects these objects in the tree (expanding their branches), as a
@@ -109,6 +114,8 @@ private:
     QTabWidget *m_tabs;
     SchedulePage *m_schedulePage;
     AbsencePage *m_absencePage;
+    CardsPage *m_cardsPage;
+    CardReadersMenu *m_readersMenu = nullptr;
     QLabel *m_statusCounts;
     QLabel *m_statusAccess;
     BulkUpdateRuns *m_runs;

@@ -6,6 +6,7 @@
 #include <localstorage.h>
 #include <nvguiglobals.h>
 #include <objecttypes.h>
+#include <pbpvssdk5.h>
 #include <scheduledata.h>
 #include <snilsedit.h>
 
@@ -252,7 +253,7 @@ public:
             if (first == 0)
                 m_withCalendars = working.mid(0, m_options.calendars);
         }
-        return addCalendars(error);
+        return addCalendars(error) && addCardProfiles(error) && addTemplates(error);
     }
 
 private:
@@ -329,6 +330,8 @@ private:
         const quint64 number = (quint64(m_rng.bounded(1, 256)) << 16) | quint64(m_rng.bounded(65536));
         c.setParameter(db::card::NUMBER, QString::number(number));
         c.setParameter(db::card::OWNER, QString::number(owner.uid()));
+        // Proximity cards with a facility code: what most sites still hand out.
+        c.setParameter(db::card::CARD_NAME, QStringLiteral("EM-Marine"));
         c.setParameter(db::card::DATE_BEGIN, owner.parameter(db::worker::DATE_BEGIN));
         return c;
     }
@@ -433,6 +436,82 @@ private:
             calendars.append(c);
         }
         return m_storage->putWorkerCalendars(calendars, error);
+    }
+
+    // The profiles a site keeps for its three card families: a Classic one
+    // with its own keys, a DESFire one (DES keys, as new cards ship) writing
+    // the second data format, and
+    // a Plus one in security level 3.
+    bool addCardProfiles(QString *error)
+    {
+        namespace p = db::scardprofile;
+        ObjectInfo classic(nextUid(), nivaro::OT_SMARTCARD_PROFILE,
+                           {{p::common::NAME, QStringLiteral("Mifare Classic — проходная")},
+                            {p::mfclassic::KEY_A, QStringLiteral("A0A1A2A3A4A5")},
+                            {p::mfclassic::KEY_B, QStringLiteral("B0B1B2B3B4B5")},
+                            {p::mfclassic::FIRST_BLOCK, QStringLiteral("4")},
+                            {p::mfclassic::LAST_BLOCK, QStringLiteral("62")},
+                            {p::mfclassic::BLOCK_ACCESS, QStringLiteral("0001")}});
+        ObjectInfo desfire(nextUid(), nivaro::OT_SMARTCARD_PROFILE,
+                           {{p::common::NAME, QStringLiteral("Mifare DESFire — шаблоны v2")},
+                            {p::common::DATA_FORMAT, QStringLiteral("v2")},
+                            {p::mfdesfire::KEY_MASTER, QStringLiteral("0011223344556677")},
+                            {p::mfdesfire::KEY_APP, QStringLiteral("8899AABBCCDDEEFF")},
+                            {p::mfdesfire::KEY_APP_NR, QStringLiteral("1")},
+                            {p::mfdesfire::APP_ID, QStringLiteral("5133654")},
+                            {p::mfdesfire::FILE_ID, QStringLiteral("1")},
+                            {p::mfdesfire::FILE_SIZE, QStringLiteral("3584")},
+                            {p::mfdesfire::FILE_OFFSET, QStringLiteral("0")}});
+        ObjectInfo plus(nextUid(), nivaro::OT_SMARTCARD_PROFILE,
+                        {{p::common::NAME, QStringLiteral("Mifare Plus SL3")},
+                         {p::common::MIFARE_PLUS_MODE, QStringLiteral("sl3")},
+                         {p::mfplussl3::KEY_MASTER, QStringLiteral("0F0E0D0C0B0A09080706050403020100")},
+                         {p::mfplussl3::KEY_CONF, QStringLiteral("1F1E1D1C1B1A19181716151413121110")},
+                         {p::mfplussl3::KEY_L3SWITCH, QStringLiteral("2F2E2D2C2B2A29282726252423222120")},
+                         {p::mfplussl3::KEY_L1AUTH, QStringLiteral("3F3E3D3C3B3A39383736353433323130")},
+                         {p::mfplussl3::KEY_L3SECTOR_SWITCH, QStringLiteral("4F4E4D4C4B4A49484746454443424140")},
+                         {p::mfplussl3::KEY_A, QStringLiteral("5F5E5D5C5B5A59585756555453525150")},
+                         {p::mfplussl3::KEY_B, QStringLiteral("6F6E6D6C6B6A69686766656463626160")},
+                         {p::mfplussl3::BLOCK_ACCESS, QStringLiteral("0001")},
+                         {p::mfplussl3::FIRST_BLOCK, QStringLiteral("4")},
+                         {p::mfplussl3::LAST_BLOCK, QStringLiteral("126")}});
+        return m_storage->putObjects(nivaro::SMARTCARD_PROFILE_DATANAME, {classic, desfire, plus}, error);
+    }
+
+    // Synthetic templates of the sizes real scanners produce (the bytes
+    // mean nothing): fingerprints of 400-1000 bytes, the palm-vein SDK's
+    // packed size, faces of 1-2 KB, finger veins of about 1 KB.
+    bool addTemplates(QString *error)
+    {
+        QRandomGenerator rng(m_options.seed + 2);
+        const int enrolled = qMin(12, m_withCalendars.size());
+        for (int i = 0; i < enrolled; ++i) {
+            const ObjectInfo &w = m_withCalendars.at(i);
+            QList<nivaro::_TEMPLATE_DATA> templates;
+            auto add = [&](int type, int finger, int size) {
+                nivaro::_TEMPLATE_DATA t;
+                t.id = quint32(templates.size() + 1);
+                t.worker = w.uid();
+                t.type = type;
+                t.finger = quint16(finger);
+                t.data.resize(size);
+                for (char &b : t.data)
+                    b = char(rng.bounded(256));
+                t.created = QDateTime(QDate(CalendarYear, 1, 10).addDays(i), QTime(10, 0), Qt::UTC);
+                templates.append(t);
+            };
+            add(nivaro::_TEMPLATE_DATA::Fingerprint, 1, rng.bounded(400, 1000));
+            add(nivaro::_TEMPLATE_DATA::Fingerprint, 6, rng.bounded(400, 1000));
+            if (i % 2 == 0)
+                add(nivaro::_TEMPLATE_DATA::PalmVein, 10, PBPVSSDK5::packedTemplateSize());
+            if (i % 3 != 2)
+                add(nivaro::_TEMPLATE_DATA::Face, 12, rng.bounded(1024, 2048));
+            if (i % 4 == 1)
+                add(nivaro::_TEMPLATE_DATA::FingerVein, 2, rng.bounded(900, 1300));
+            if (!m_storage->setTemplates(w.uid(), templates, error))
+                return false;
+        }
+        return true;
     }
 
     nivaro::LocalStorage *m_storage;

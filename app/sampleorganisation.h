@@ -13,7 +13,9 @@ class LocalStorage;
  * employees with plausible Russian names, birthdays, identity documents,
  * valid SNILS and INN numbers, citizenships, cards, a few photos and a few
  * dismissed, plus the database settings, the common work schedules and,
- * for the first employees, their schedule calendars and absences.
+ * for the first employees, their schedule calendars and absences, the
+ * smart-card profiles of three card families and, for a dozen employees,
+ * biometric templates.
  * Deterministic for a given seed.
  */
 class SampleOrganisation

@@ -3,7 +3,9 @@
 #include "mainwindow.h"
 #include "sampleorganisation.h"
 
+#include <dbparams.h>
 #include <localstorage.h>
+#include <simulatedbackend.h>
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -51,6 +53,33 @@ bool StudioStartup::openStore(nivaro::LocalStorage *storage, const QString &path
     }
     qDebug() << "sample organisation written" << timer.elapsed() << "ms";
     return true;
+}
+
+QString StudioStartup::cardStatePath(const QString &storePath)
+{
+    return storePath + QStringLiteral(".cards.json");
+}
+
+void StudioStartup::setUpCardReaders(const QString &storePath)
+{
+    auto simulated = std::dynamic_pointer_cast<nvsmartcard::SimulatedBackend>(nvsmartcard::defaultBackend());
+    if (!simulated)
+        return;
+    const QString state = cardStatePath(storePath);
+    if (QFileInfo::exists(state) && !simulated->loadState(state))
+        qDebug() << "studio: card state not loaded, starting afresh" << state << simulated->errorString();
+    if (simulated->readerCount() > 0)
+        return;
+    simulated->addReader(QCoreApplication::translate("StudioStartup", "Считыватель смарт-карт"),
+                         db::devices::cardreader::SMARTCARD);
+    simulated->addReader(QCoreApplication::translate("StudioStartup", "Считыватель HID"), db::devices::cardreader::HID);
+}
+
+void StudioStartup::saveCardReaders(const QString &storePath)
+{
+    auto simulated = std::dynamic_pointer_cast<nvsmartcard::SimulatedBackend>(nvsmartcard::defaultBackend());
+    if (simulated && !simulated->saveState(cardStatePath(storePath)))
+        qDebug() << "studio: card state not saved" << simulated->errorString();
 }
 
 bool StudioStartup::saveScreenshot(MainWindow *window, const QString &fileName, QString *error, int page)

@@ -25,8 +25,19 @@ public:
      */
     static bool openStore(nivaro::LocalStorage *storage, const QString &path, int employees, QString *error);
 
+    // Where the simulated readers' cards are kept for a store file.
+    static QString cardStatePath(const QString &storePath);
+    /**
+     * The simulated readers as the last run left them (cards with their
+     * keys and data), or on the first run one smart-card and one HID
+     * reader. Does nothing when the readers are real ones.
+     */
+    static void setUpCardReaders(const QString &storePath);
+    // Keeps what the session wrote to the virtual cards.
+    static void saveCardReaders(const QString &storePath);
+
     // Shows the first employee on one of its pages (0 properties, 1 schedule,
-    // 2 absences), lets the window settle and saves a picture of it.
+    // 2 absences, 3 cards), lets the window settle and saves a picture of it.
     static bool saveScreenshot(MainWindow *window, const QString &fileName, QString *error, int page = 0);
     // Writes text as UTF-8, replacing the file only once all of it is written.
     static bool writeText(const QString &fileName, const QString &text, QString *error);

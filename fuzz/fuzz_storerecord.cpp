@@ -33,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (size == 0)
         return 0;
     const QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char *>(data) + 1, int(size - 1));
-    switch (data[0] % 4) {
+    switch (data[0] % 5) {
     case 0: {
         StringPool pool;
         ObjectInfo object;
@@ -50,8 +50,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         roundTrip<QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2>>(bytes, StoreRecordCodec::decodeScheduleHistory,
                                                              StoreRecordCodec::encodeScheduleHistory);
         break;
-    default:
+    case 3:
         roundTrip<_WORKER_ABSENCE_REASON>(bytes, StoreRecordCodec::decodeAbsences, StoreRecordCodec::encodeAbsences);
+        break;
+    default:
+        roundTrip<QList<_TEMPLATE_DATA>>(bytes, StoreRecordCodec::decodeTemplates, StoreRecordCodec::encodeTemplates);
         break;
     }
     return 0;

@@ -81,6 +81,84 @@
     </message>
 </context>
 <context>
+    <name>CardReadersMenu</name>
+    <message>
+        <location filename="../app/cardreadersmenu.cpp" line="+13"/>
+        <source>&amp;Считыватели</source>
+        <translation>&amp;Readers</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>Mifare Classic 1K</source>
+        <translation>Mifare Classic 1K</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Mifare Classic 4K</source>
+        <translation>Mifare Classic 4K</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Mifare DESFire 2 КБ</source>
+        <translation>Mifare DESFire 2 KB</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Mifare DESFire 4 КБ</source>
+        <translation>Mifare DESFire 4 KB</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Mifare DESFire 8 КБ</source>
+        <translation>Mifare DESFire 8 KB</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Mifare Plus SL1</source>
+        <translation>Mifare Plus SL1</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Mifare Plus SL3</source>
+        <translation>Mifare Plus SL3</translation>
+    </message>
+    <message>
+        <location line="+40"/>
+        <source>На считыватель положена карта %1, номер %2</source>
+        <translation>Card %1 put on the reader, number %2</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Карта убрана со считывателя</source>
+        <translation>Card taken off the reader</translation>
+    </message>
+    <message>
+        <location line="+15"/>
+        <source>Нет подключенных считывателей</source>
+        <translation>No readers connected</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>%1: нет карты</source>
+        <translation>%1: no card</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Положить карту</source>
+        <translation>Put a card</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Убрать карту</source>
+        <translation>Take the card off</translation>
+    </message>
+</context>
+<context>
     <name>CardTemplatesWidget</name>
     <message>
         <location filename="../src/cards/cardtemplateswidget.ui" line="+20"/>
@@ -106,6 +184,150 @@
         <location line="+45"/>
         <source>На выбранную смарт-карту можно записать не более %1 байт</source>
         <translation>At most %1 bytes can be written to the selected smart card</translation>
+    </message>
+</context>
+<context>
+    <name>CardWidget</name>
+    <message>
+        <location filename="../src/cards/cardwidget.ui" line="+9"/>
+        <source>Выдача карты</source>
+        <translation>Card issue</translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Считыватель:</source>
+        <translation>Reader:</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Профиль карты:</source>
+        <translation>Card profile:</translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <source>Прочитать</source>
+        <translation>Read</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Форматировать</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Записать UID</source>
+        <translation>Write UID</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Записать шаблоны</source>
+        <translation>Write templates</translation>
+    </message>
+    <message>
+        <location filename="../src/cards/cardwidget.cpp" line="+76"/>
+        <location line="+213"/>
+        <source>Осталось %1 сек.</source>
+        <translation>%1 s left</translation>
+    </message>
+    <message>
+        <location line="-144"/>
+        <location line="+87"/>
+        <location line="+137"/>
+        <source>Нет подключенных считывателей</source>
+        <translation>No readers connected</translation>
+    </message>
+    <message>
+        <location line="-221"/>
+        <source>%1 (только номер карты)</source>
+        <translation>%1 (card number only)</translation>
+    </message>
+    <message>
+        <location line="+28"/>
+        <source>Ключи по умолчанию</source>
+        <translation>Default keys</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Профиль %1</source>
+        <translation>Profile %1</translation>
+    </message>
+    <message>
+        <location line="+70"/>
+        <source>У сотрудника нет биометрических шаблонов</source>
+        <translation>The employee has no biometric templates</translation>
+    </message>
+    <message>
+        <location line="+30"/>
+        <source>Выбранный считыватель не работает со смарт-картами</source>
+        <translation>The selected reader does not work with smart cards</translation>
+    </message>
+    <message>
+        <location line="+40"/>
+        <source>Карта: %1, номер %2, UID %3</source>
+        <translation>Card: %1, number %2, UID %3</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>тип неизвестен</source>
+        <translation>type unknown</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>не определен</source>
+        <translation>not determined</translation>
+    </message>
+    <message>
+        <location line="+24"/>
+        <source>Выбор шаблонов</source>
+        <translation>Template selection</translation>
+    </message>
+    <message>
+        <location line="+14"/>
+        <source>Запись шаблонов отменена</source>
+        <translation>Template writing cancelled</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Не выбрано ни одного шаблона</source>
+        <translation>No template selected</translation>
+    </message>
+    <message>
+        <location line="+25"/>
+        <source>Не удалось определить номер карты по ее идентификатору</source>
+        <translation>Could not determine the card number from its identifier</translation>
+    </message>
+    <message>
+        <location line="+40"/>
+        <source>Карта %1 уже выдана сотруднику.</source>
+        <translation>Card %1 is already issued to the employee.</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Сохранение карты %1 сотрудника %2</source>
+        <translation>Saving card %1 of employee %2</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Ошибка сохранения карты %1 сотрудника %2</source>
+        <translation>Failed to save card %1 of employee %2</translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>Ошибка сохранения карты</source>
+        <translation>Failed to save the card</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Карта %1 выдана сотруднику.</source>
+        <translation>Card %1 issued to the employee.</translation>
+    </message>
+</context>
+<context>
+    <name>CardsPage</name>
+    <message>
+        <location filename="../app/cardspage.cpp" line="+15"/>
+        <source>Считыватель</source>
+        <translation>Reader</translation>
     </message>
 </context>
 <context>
@@ -140,9 +362,85 @@
     </message>
 </context>
 <context>
+    <name>EmployeeCardsModel</name>
+    <message>
+        <location filename="../src/cards/employeecardsmodel.cpp" line="+60"/>
+        <source>Срок действия истек</source>
+        <translation>Expired</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Еще не действует</source>
+        <translation>Not yet valid</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Действует</source>
+        <translation>Valid</translation>
+    </message>
+    <message>
+        <location line="+26"/>
+        <source>Профиль %1 удален</source>
+        <translation>Profile %1 deleted</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Ключи по умолчанию</source>
+        <translation>Default keys</translation>
+    </message>
+    <message>
+        <location line="+38"/>
+        <source>Номер карты</source>
+        <translation>Card number</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Тип карты</source>
+        <translation>Card type</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Состояние</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Действует с</source>
+        <translation>Valid from</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Действует по</source>
+        <translation>Valid to</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Профиль</source>
+        <translation>Profile</translation>
+    </message>
+</context>
+<context>
+    <name>EmployeeCardsView</name>
+    <message>
+        <location filename="../src/cards/employeecardsview.cpp" line="+101"/>
+        <source>Выберите карту</source>
+        <translation>Select a card</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Карт нет</source>
+        <translation>No cards</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Карта %1</source>
+        <translation>Card %1</translation>
+    </message>
+</context>
+<context>
     <name>MainWindow</name>
     <message>
-        <location filename="../app/mainwindow.cpp" line="+79"/>
+        <location filename="../app/mainwindow.cpp" line="+84"/>
         <source>Nivaro-Studio — %1</source>
         <translation>Nivaro-Studio — %1</translation>
     </message>
@@ -192,18 +490,18 @@
         <translation>Bulk update…</translation>
     </message>
     <message>
-        <location line="+9"/>
+        <location line="+16"/>
         <source>Фильтр по имени</source>
         <translation>Filter by name</translation>
     </message>
     <message>
         <location line="+26"/>
-        <location line="+134"/>
+        <location line="+143"/>
         <source>Выберите одного или нескольких сотрудников в дереве организации</source>
         <translation>Select one or more employees in the organisation tree</translation>
     </message>
     <message>
-        <location line="-130"/>
+        <location line="-139"/>
         <source>Личные данные</source>
         <translation>Personal data</translation>
     </message>
@@ -218,7 +516,12 @@
         <translation>Absences</translation>
     </message>
     <message>
-        <location line="+20"/>
+        <location line="+1"/>
+        <source>Карты</source>
+        <translation>Cards</translation>
+    </message>
+    <message>
+        <location line="+28"/>
         <source>Хранилище: %1</source>
         <translation>Store: %1</translation>
     </message>
@@ -245,7 +548,7 @@
     </message>
     <message>
         <location line="+27"/>
-        <location line="+42"/>
+        <location line="+44"/>
         <source>Только чтение: %1</source>
         <translation>Read only: %1</translation>
     </message>
@@ -1729,7 +2032,7 @@
 <context>
     <name>QObject</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="+77"/>
+        <location filename="../app/studiostartup.cpp" line="+106"/>
         <source>Не удалось записать файл %1: %2</source>
         <translation>Could not write file %1: %2</translation>
     </message>
@@ -1791,7 +2094,7 @@
 <context>
     <name>StoreFile</name>
     <message>
-        <location filename="../platform/localstorage/storefile.cpp" line="+407"/>
+        <location filename="../platform/localstorage/storefile.cpp" line="+415"/>
         <source>Файл хранилища поврежден (%1): %2</source>
         <translation>The store file is damaged (%1): %2</translation>
     </message>
@@ -1799,12 +2102,22 @@
 <context>
     <name>StudioStartup</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="-45"/>
+        <location filename="../app/studiostartup.cpp" line="-72"/>
         <source>Не удалось создать папку %1</source>
         <translation>Could not create folder %1</translation>
     </message>
     <message>
-        <location line="+32"/>
+        <location line="+39"/>
+        <source>Считыватель смарт-карт</source>
+        <translation>Smart card reader</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Считыватель HID</source>
+        <translation>HID reader</translation>
+    </message>
+    <message>
+        <location line="+18"/>
         <source>Не удалось сохранить снимок окна в %1</source>
         <translation>Could not save the window picture to %1</translation>
     </message>
@@ -1974,7 +2287,7 @@
     <message>
         <location line="+5"/>
         <source>Обновление ключа авторизации карты</source>
-        <translation>Updating the card's authorisation key</translation>
+        <translation>Updating the card&apos;s authorisation key</translation>
     </message>
     <message>
         <location line="+61"/>
@@ -2305,7 +2618,7 @@
         <translation>File %1 already exists: give another --store for a new store</translation>
     </message>
     <message>
-        <location line="+6"/>
+        <location line="+7"/>
         <source>--page ждет одно из: %1</source>
         <translation>--page expects one of: %1</translation>
     </message>
@@ -2318,7 +2631,7 @@
 <context>
     <name>nivaro</name>
     <message>
-        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+50"/>
+        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+52"/>
         <source>Объект %1 не найден</source>
         <translation>Object %1 not found</translation>
     </message>
@@ -2326,7 +2639,7 @@
 <context>
     <name>nivaro::LocalStorage</name>
     <message>
-        <location filename="../platform/localstorage/localstorage.cpp" line="+673"/>
+        <location filename="../platform/localstorage/localstorage.cpp" line="+700"/>
         <source>Объект без идентификатора не может быть сохранен</source>
         <translation>An object without an ID cannot be saved</translation>
     </message>
@@ -2339,7 +2652,7 @@
 <context>
     <name>nivaro::StoreFile</name>
     <message>
-        <location filename="../platform/localstorage/storefile.cpp" line="-328"/>
+        <location filename="../platform/localstorage/storefile.cpp" line="-330"/>
         <source>Недостаточно места на диске: изменения не записаны</source>
         <translation>Not enough disk space: the changes were not written</translation>
     </message>
@@ -2438,7 +2751,7 @@
         <translation>No write permission for the store file</translation>
     </message>
     <message>
-        <location line="+224"/>
+        <location line="+244"/>
         <source>Файл хранилища поврежден (%1): %2</source>
         <translation>The store file is damaged (%1): %2</translation>
     </message>
@@ -2446,7 +2759,7 @@
 <context>
     <name>nivaro::StoreFile::Batch</name>
     <message>
-        <location line="+180"/>
+        <location line="+182"/>
         <source>Объект %1 не найден в хранилище</source>
         <translation>Object %1 not found in the store</translation>
     </message>
@@ -2454,7 +2767,7 @@
 <context>
     <name>nivaro::TaskExecutor</name>
     <message>
-        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+131"/>
+        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+185"/>
         <source>Неизвестная команда: %1</source>
         <translation>Unknown command: %1</translation>
     </message>
@@ -2462,12 +2775,27 @@
 <context>
     <name>nivaro::TaskExecutorPrivate</name>
     <message>
-        <location line="-98"/>
+        <location line="-148"/>
         <source>Тип объекта %1 (%2) не совпадает с типом в задаче (%3)</source>
         <translation>The type of object %1 (%2) does not match the type in the task (%3)</translation>
     </message>
     <message>
-        <location line="+43"/>
+        <location line="+46"/>
+        <source>Карта не создана: сотрудник %1 не найден</source>
+        <translation>Card not created: employee %1 not found</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>Карта не создана: неверный номер карты &quot;%1&quot;</source>
+        <translation>Card not created: invalid card number &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>Карта с номером %1 уже выдана: %2. Одну карту нельзя выдать дважды</source>
+        <translation>A card with number %1 is already issued: %2. One card cannot be issued twice</translation>
+    </message>
+    <message>
+        <location line="+25"/>
         <source>Подразделение %1 не пусто: сначала удалите или переведите сотрудников</source>
         <translation>Department %1 is not empty: delete or transfer its employees first</translation>
     </message>

@@ -48,6 +48,15 @@ public:
     QHash<TYPE_ID, NVHash<int, SCHEDULE_DATA>> personalSchedules;
     QHash<TYPE_ID, QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2>> history;
     QHash<TYPE_ID, _WORKER_ABSENCE_REASON> absences;
+    QHash<TYPE_ID, QList<_TEMPLATE_DATA>> templates;
+
+    void keepTemplates(TYPE_ID worker, const QList<_TEMPLATE_DATA> &list)
+    {
+        if (list.isEmpty())
+            templates.remove(worker);
+        else
+            templates.insert(worker, list);
+    }
 
     // What a confirmed write leaves in memory; an empty list forgets the worker.
     void keepPersonalSchedules(TYPE_ID worker, const QList<SCHEDULE_DATA> &personal)
@@ -218,6 +227,7 @@ public:
         personalSchedules.remove(uid);
         history.remove(uid);
         absences.remove(uid);
+        templates.remove(uid);
         n->forgotten.append(uid);
         n->removed[name].append(uid);
     }
@@ -287,6 +297,7 @@ public:
         QSet<TYPE_ID> blobIds = c.blobs;
         QSet<int> scheduleIds = c.schedules;
         QSet<TYPE_ID> workers = c.calendars;
+        QSet<TYPE_ID> templateOwners = c.templates;
         if (c.everything) {
             const auto addKeys = [](auto *set, const auto &hash) {
                 for (auto it = hash.cbegin(); it != hash.cend(); ++it)
@@ -308,11 +319,20 @@ public:
             addKeys(&workers, c.current.personalSchedules);
             addKeys(&workers, absences);
             addKeys(&workers, c.current.absences);
+            addKeys(&templateOwners, templates);
+            addKeys(&templateOwners, c.current.templates);
         }
         takeInObjects(c.current, objectIds, n);
         takeInBlobs(c.current, blobIds, n);
         takeInSchedules(c.current, scheduleIds, n);
         takeInCalendars(c.current, workers, n);
+        for (TYPE_ID worker : qAsConst(templateOwners)) {
+            const QList<_TEMPLATE_DATA> stored = c.current.templates.value(worker);
+            if (templates.value(worker) == stored)
+                continue;
+            keepTemplates(worker, stored);
+            n->changed[TEMPLATE_DATANAME].append(worker);
+        }
     }
 
     void takeInObjects(const StoreFile::Contents &current, const QSet<TYPE_ID> &uids, Notices *n)
@@ -522,6 +542,11 @@ _WORKER_ABSENCE_REASON LocalStorage::absenceReasons(TYPE_ID worker) const
     return reasons;
 }
 
+QList<_TEMPLATE_DATA> LocalStorage::templates(TYPE_ID worker) const
+{
+    return d->templates.value(worker);
+}
+
 NVHash<TYPE_ID, ObjectInfo> LocalStorage::cards(quint64 owner, bool activeOnly) const
 {
     NVHash<TYPE_ID, ObjectInfo> found;
@@ -592,6 +617,7 @@ bool LocalStorage::open(const QString &fileName, QString *error)
     }
     d->history = contents.scheduleHistory;
     d->absences = contents.absences;
+    d->templates = contents.templates;
     d->tree->reset(treeObjects);
     if (d->file.canWatch() && d->watching)
         d->watch->start();
@@ -609,6 +635,7 @@ void LocalStorage::close()
     d->personalSchedules.clear();
     d->history.clear();
     d->absences.clear();
+    d->templates.clear();
     d->cardsByOwner.clear();
     d->indexes.clear();
     d->tree->reset({});
@@ -843,6 +870,20 @@ bool LocalStorage::setAbsenceReasons(const _WORKER_ABSENCE_REASON &reasons, QStr
         return false;
     d->keepAbsences(reasons);
     emit dataChanged(REASON_DATANAME, {reasons.worker});
+    return true;
+}
+
+bool LocalStorage::setTemplates(TYPE_ID worker, const QList<_TEMPLATE_DATA> &templates, QString *error)
+{
+    QList<_TEMPLATE_DATA> owned = templates;
+    for (_TEMPLATE_DATA &t : owned)
+        t.worker = worker;
+    StoreFile::Batch batch;
+    batch.setTemplates(worker, owned);
+    if (!d->file.write(batch, error))
+        return false;
+    d->keepTemplates(worker, owned);
+    emit dataChanged(TEMPLATE_DATANAME, {worker});
     return true;
 }
 

@@ -7,6 +7,7 @@
 #include <nvtypes.h>
 #include <objectinfo.h>
 #include <scheduledata.h>
+#include <templatedata.h>
 #include <trie>
 #include <workerabsencereason.h>
 #include <workerschedulehistoryrecord.h>
@@ -80,6 +81,8 @@ public:
     NVHash<int, SCHEDULE_DATA> personalSchedules(TYPE_ID worker) const;
     QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> scheduleHistory(TYPE_ID worker) const;
     _WORKER_ABSENCE_REASON absenceReasons(TYPE_ID worker) const;
+    // An employee's biometric templates in the order they were stored.
+    QList<_TEMPLATE_DATA> templates(TYPE_ID worker) const;
     // Cards whose owner is `owner`; activeOnly leaves out cards whose
     // validity (PT_DATE_END) has passed.
     NVHash<TYPE_ID, ObjectInfo> cards(quint64 owner, bool activeOnly) const;
@@ -127,6 +130,9 @@ public:
     bool setPersonalSchedules(TYPE_ID worker, const QList<SCHEDULE_DATA> &schedules, QString *error = nullptr);
     bool setScheduleHistory(TYPE_ID worker, const QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> &records, QString *error = nullptr);
     bool setAbsenceReasons(const _WORKER_ABSENCE_REASON &reasons, QString *error = nullptr);
+    // Replaces all of an employee's templates (each gets `worker` as its
+    // owner); an empty list removes them. Announced as TEMPLATE_DATANAME.
+    bool setTemplates(TYPE_ID worker, const QList<_TEMPLATE_DATA> &templates, QString *error = nullptr);
     // The three calls above for many employees in one transaction.
     bool putWorkerCalendars(const QList<WorkerCalendar> &calendars, QString *error = nullptr);
     // A uid no object holds yet (the executor creates objects with it).

@@ -32,6 +32,7 @@ const QString ObjectItem = QStringLiteral("object");
 const QString BlobItem = QStringLiteral("blobs");
 const QString ScheduleItem = QStringLiteral("schedule");
 const QString CalendarItem = QStringLiteral("calendar");
+const QString TemplatesItem = QStringLiteral("templates");
 
 // The log keeps this many entries; a client further behind reloads all.
 constexpr qint64 KeptChanges = 8192;
@@ -56,6 +57,11 @@ const char *const Schema[] = {
 const char *const LogSchema[] = {
     "CREATE TABLE changes(seq INTEGER PRIMARY KEY AUTOINCREMENT, what TEXT NOT NULL, id INTEGER NOT NULL)",
     "INSERT OR REPLACE INTO meta(key, value) VALUES ('changes_horizon', '0')",
+};
+
+// What version 3 added: employees' biometric templates, one row per worker.
+const char *const TemplateSchema[] = {
+    "CREATE TABLE templates(worker INTEGER PRIMARY KEY, body BLOB NOT NULL)",
 };
 
 // access() asks about the real user; the effective one is who writes.
@@ -346,6 +352,7 @@ bool StoreFile::createSchema(QString *error)
     const bool ok = transact(
         [&] {
             return runAll(Schema, std::size(Schema), error) && runAll(LogSchema, std::size(LogSchema), error)
+                && runAll(TemplateSchema, std::size(TemplateSchema), error)
                 && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("application"), Application}, error)
                 && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("version"), FormatVersion}, error);
         },
@@ -355,15 +362,16 @@ bool StoreFile::createSchema(QString *error)
     return ok;
 }
 
-// A version 1 file gains the change log; all or nothing, so an older
-// client's file is never left half converted.
+// A version 1 file gains the change log, a version 2 file the templates;
+// all or nothing, so an older client's file is never left half converted.
 bool StoreFile::migrate(QString *error)
 {
     if (m_version >= FormatVersion)
         return true;
     const bool ok = transact(
         [&] {
-            return runAll(LogSchema, std::size(LogSchema), error)
+            return (m_version >= 2 || runAll(LogSchema, std::size(LogSchema), error))
+                && runAll(TemplateSchema, std::size(TemplateSchema), error)
                 && run(QStringLiteral("UPDATE meta SET value = ? WHERE key = 'version'"), {FormatVersion}, error);
         },
         error);
@@ -504,10 +512,28 @@ bool StoreFile::loadCalendars(const QVariant &worker, Contents *contents, QStrin
                   error);
 }
 
+bool StoreFile::loadTemplates(const QVariant &worker, Contents *contents, QString *error)
+{
+    // A file of an older format that could not be migrated (read only) has none.
+    if (m_version < 3)
+        return true;
+    return select(rowsOf("SELECT worker, body FROM templates", "worker", worker), bound(worker),
+                  [&](const QSqlQuery &q) {
+                      QList<_TEMPLATE_DATA> templates;
+                      QString why;
+                      if (!StoreRecordCodec::decodeTemplates(q.value(1).toByteArray(), &templates, &why))
+                          return corruptRow(QStringLiteral("templates of %1").arg(q.value(0).toString()), why, error);
+                      contents->templates.insert(q.value(0).toUInt(), templates);
+                      return true;
+                  },
+                  error);
+}
+
 bool StoreFile::loadAll(Contents *contents, QString *error)
 {
     return loadObjects(QVariant(), contents, error) && loadBlobs(QVariant(), contents, error)
-        && loadSchedules(QVariant(), contents, error) && loadCalendars(QVariant(), contents, error);
+        && loadSchedules(QVariant(), contents, error) && loadCalendars(QVariant(), contents, error)
+        && loadTemplates(QVariant(), contents, error);
 }
 
 bool StoreFile::select(const QString &sql, const QVariantList &values, const std::function<bool(const QSqlQuery &)> &row,
@@ -677,6 +703,8 @@ bool StoreFile::touch(const QString &what, qint64 id, Changes *changes, QString 
         return !first(changes->schedules, int(id)) || loadSchedules(id, &changes->current, error);
     if (what == CalendarItem)
         return !first(changes->calendars, TYPE_ID(id)) || loadCalendars(id, &changes->current, error);
+    if (what == TemplatesItem)
+        return !first(changes->templates, TYPE_ID(id)) || loadTemplates(id, &changes->current, error);
     qDebug() << "store: unknown change kind" << what << id;
     return true;
 }
@@ -718,9 +746,11 @@ void StoreFile::Batch::removeObject(TYPE_ID uid)
         f.note(ObjectItem, uid);
         f.note(BlobItem, uid);
         f.note(CalendarItem, uid);
+        f.note(TemplatesItem, uid);
         for (const char *sql : {"DELETE FROM objects WHERE uid = ?", "DELETE FROM blobs WHERE uid = ?",
                                 "DELETE FROM personal_schedules WHERE worker = ?",
-                                "DELETE FROM schedule_history WHERE worker = ?", "DELETE FROM absences WHERE worker = ?"}) {
+                                "DELETE FROM schedule_history WHERE worker = ?", "DELETE FROM absences WHERE worker = ?",
+                                "DELETE FROM templates WHERE worker = ?"}) {
             if (!f.run(QString::fromLatin1(sql), {uid}, &f.m_failure))
                 return false;
         }
@@ -788,6 +818,17 @@ void StoreFile::Batch::setAbsences(const _WORKER_ABSENCE_REASON &absences)
             return f.run(QStringLiteral("DELETE FROM absences WHERE worker = ?"), {absences.worker}, &f.m_failure);
         return f.run(QStringLiteral("INSERT OR REPLACE INTO absences(worker, body) VALUES (?, ?)"),
                      {absences.worker, StoreRecordCodec::encodeAbsences(absences)}, &f.m_failure);
+    });
+}
+
+void StoreFile::Batch::setTemplates(TYPE_ID worker, const QList<_TEMPLATE_DATA> &templates)
+{
+    m_steps.append([worker, templates](StoreFile &f) {
+        f.note(TemplatesItem, worker);
+        if (templates.isEmpty())
+            return f.run(QStringLiteral("DELETE FROM templates WHERE worker = ?"), {worker}, &f.m_failure);
+        return f.run(QStringLiteral("INSERT OR REPLACE INTO templates(worker, body) VALUES (?, ?)"),
+                     {worker, StoreRecordCodec::encodeTemplates(templates)}, &f.m_failure);
     });
 }
 

@@ -3,6 +3,7 @@
 
 #include <objectinfo.h>
 #include <scheduledata.h>
+#include <templatedata.h>
 #include <workerabsencereason.h>
 #include <workerschedulehistoryrecord.h>
 
@@ -42,6 +43,7 @@ public:
         QHash<TYPE_ID, QList<SCHEDULE_DATA>> personalSchedules;
         QHash<TYPE_ID, QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2>> scheduleHistory;
         QHash<TYPE_ID, _WORKER_ABSENCE_REASON> absences;
+        QHash<TYPE_ID, QList<_TEMPLATE_DATA>> templates; // by worker
     };
 
     // The items other connections touched, and their rows as stored now (an
@@ -55,10 +57,12 @@ public:
         QSet<TYPE_ID> blobs;
         QSet<int> schedules;
         QSet<TYPE_ID> calendars; // workers whose personal schedules, history or absences changed
+        QSet<TYPE_ID> templates; // workers whose biometric templates changed
         Contents current;
         bool isEmpty() const
         {
-            return !everything && objects.isEmpty() && blobs.isEmpty() && schedules.isEmpty() && calendars.isEmpty();
+            return !everything && objects.isEmpty() && blobs.isEmpty() && schedules.isEmpty() && calendars.isEmpty()
+                && templates.isEmpty();
         }
     };
 
@@ -82,6 +86,8 @@ public:
         void setPersonalSchedules(TYPE_ID worker, const QList<SCHEDULE_DATA> &schedules);
         void setScheduleHistory(TYPE_ID worker, const QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> &records);
         void setAbsences(const _WORKER_ABSENCE_REASON &absences);
+        // All of a worker's templates at once; an empty list removes them.
+        void setTemplates(TYPE_ID worker, const QList<_TEMPLATE_DATA> &templates);
         bool isEmpty() const { return m_steps.isEmpty(); }
 
     private:
@@ -89,7 +95,7 @@ public:
         QList<std::function<bool(StoreFile &)>> m_steps;
     };
 
-    static constexpr int FormatVersion = 2;
+    static constexpr int FormatVersion = 3;
     static const QString Application;
 
     StoreFile();
@@ -134,6 +140,7 @@ private:
     bool loadBlobs(const QVariant &uid, Contents *contents, QString *error);
     bool loadSchedules(const QVariant &id, Contents *contents, QString *error);
     bool loadCalendars(const QVariant &worker, Contents *contents, QString *error);
+    bool loadTemplates(const QVariant &worker, Contents *contents, QString *error);
     bool touch(const QString &what, qint64 id, Changes *changes, QString *error);
     bool select(const QString &sql, const QVariantList &values, const std::function<bool(const QSqlQuery &)> &row,
                 QString *error);

@@ -9,6 +9,9 @@ namespace {
 // Smallest stream form of a schedule history record: id, worker and
 // schedule id, three QDates and a QDateTime.
 constexpr qint64 MinHistoryRecordSize = 3 * 4 + 4 * 8;
+// Smallest stream form of a template: id, worker, type, finger and the
+// length of its bytes; the date-time adds more.
+constexpr qint64 MinTemplateSize = 3 * 4 + 2 + 4;
 
 template<typename T>
 QByteArray encode(const T &value)
@@ -76,6 +79,21 @@ bool StoreRecordCodec::decodeAbsences(const QByteArray &bytes, _WORKER_ABSENCE_R
     NVDataStream in(bytes);
     in >> *absences;
     return finish(in, "absence records", error);
+}
+
+QByteArray StoreRecordCodec::encodeTemplates(const QList<_TEMPLATE_DATA> &templates)
+{
+    QByteArray bytes;
+    NVDataStream out(&bytes, QIODevice::WriteOnly);
+    writeList(out, templates);
+    return bytes;
+}
+
+bool StoreRecordCodec::decodeTemplates(const QByteArray &bytes, QList<_TEMPLATE_DATA> *templates, QString *error)
+{
+    NVDataStream in(bytes);
+    readList(in, *templates, MinTemplateSize);
+    return finish(in, "templates", error);
 }
 
 } // namespace nivaro

@@ -5,6 +5,7 @@
 
 #include <objectinfo.h>
 #include <scheduledata.h>
+#include <templatedata.h>
 #include <workerabsencereason.h>
 #include <workerschedulehistoryrecord.h>
 
@@ -35,6 +36,9 @@ public:
 
     static QByteArray encodeAbsences(const _WORKER_ABSENCE_REASON &absences);
     static bool decodeAbsences(const QByteArray &bytes, _WORKER_ABSENCE_REASON *absences, QString *error);
+
+    static QByteArray encodeTemplates(const QList<_TEMPLATE_DATA> &templates);
+    static bool decodeTemplates(const QByteArray &bytes, QList<_TEMPLATE_DATA> *templates, QString *error);
 };
 
 } // namespace nivaro

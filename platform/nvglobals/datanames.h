@@ -34,6 +34,8 @@ inline const QString WORKER_TRANSFER_DATANAME = QStringLiteral("worker_transfer"
 inline const QString CHECK_INTERVAL_DATANAME = QStringLiteral("check_interval");
 inline const QString OBJECT_TYPE_DATANAME = QStringLiteral("object_type");
 inline const QString DB_DATANAME = QStringLiteral("db"); // the database-settings record
+// Employees' biometric templates; the uids announced with it are employees'.
+inline const QString TEMPLATE_DATANAME = QStringLiteral("template");
 inline const QString SUBJECT_SURNAME_INDEX = QStringLiteral("subject_surname_index"); // search index of employees by surname
 inline const QString SUBJECT_WORKERNUM_INDEX = QStringLiteral("subject_workernum_index"); // search index of employees by personnel number
 inline const QString SUBJECT_FIRED_SURNAME_INDEX = QStringLiteral("subject_fired_surname_index");

@@ -75,6 +75,11 @@ inline const QString OWNER = QStringLiteral("PT_OWNER");
 inline const QString TYPE = QStringLiteral("PT_TYPE");
 inline const QString DATE_BEGIN = QStringLiteral("PT_DATE_BEGIN");
 inline const QString DATE_END = QStringLiteral("PT_DATE_END");
+// Of a smart card: its UID as the reader reads it (hex), its type name, and
+// the uid of the smart-card profile whose keys it carries ("-1": defaults).
+inline const QString UID = QStringLiteral("PT_UID");
+inline const QString CARD_NAME = QStringLiteral("PT_CARD_NAME");
+inline const QString SMARTCARD_PROFILE = QStringLiteral("PT_SMARTCARD_PROFILE");
 } // namespace card
 
 namespace reason {

@@ -3,8 +3,10 @@
 #include <datanames.h>
 #include <dbparams.h>
 #include <localstorage.h>
+#include <nvglobals.h>
 #include <objectinfo.h>
 #include <objecttreemodel.h>
+#include <objecttypes.h>
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -75,23 +77,26 @@ public:
     // name, or a parent it does not move, stays as the file holds it.
     Outcome saveObject(const TaskInfo &task) const
     {
-        const ObjectInfo *object = storage->constObject(task.uid);
+        const QString type = task.params.value(QStringLiteral("object_type")).toString();
+        const ObjectInfo *object = task.uid ? storage->constObject(task.uid) : nullptr;
+        // A card that the reader just read or wrote is new to the server:
+        // the client cannot know its uid yet.
+        if (!object && type == OT_CARD)
+            return createCard(task);
         if (!object)
             return notFound(task.uid);
-        const QString type = task.params.value(QStringLiteral("object_type")).toString();
         if (type != object->typeName())
             return failure(tr("Тип объекта %1 (%2) не совпадает с типом в задаче (%3)")
                                .arg(task.uid)
                                .arg(object->typeName(), type),
                            QStringLiteral("object_type %1 does not match %2").arg(type, object->typeName()));
 
-        static const QString prefix = QStringLiteral("property-");
         QHash<QString, QString> parameters;
         QHash<QString, QByteArray> blobs;
         for (auto it = task.params.cbegin(); it != task.params.cend(); ++it) {
-            if (!it.key().startsWith(prefix) || it.key().size() == prefix.size())
+            const QString key = propertyKey(it.key());
+            if (key.isEmpty())
                 continue;
-            const QString key = it.key().mid(prefix.size());
             // Photos arrive as hex text, as the views read them back; an
             // empty one removes the stored photo.
             if (isBlobKey(key))
@@ -111,6 +116,57 @@ public:
         if (!storage->saveChanges(task.uid, parameters, blobs, parent, &error))
             return storeFailure(error);
         return Outcome{task.uid, QString(), QString()};
+    }
+
+    static QString propertyKey(const QString &param)
+    {
+        static const QString prefix = QStringLiteral("property-");
+        return param.startsWith(prefix) ? param.mid(prefix.size()) : QString();
+    }
+
+    // A new card for an employee. The number is what identifies a person at
+    // the doors, so the server never hands one number to two cards.
+    Outcome createCard(const TaskInfo &task) const
+    {
+        const QVariant parentValue = task.params.value(QStringLiteral("parent"));
+        const TYPE_ID owner = parentValue.toUInt();
+        const ObjectInfo *employee = storage->constObject(owner, QStringList{SUBJECT_DATANAME, SUBJECT_FIRED_DATANAME});
+        if (!employee)
+            return failure(tr("Карта не создана: сотрудник %1 не найден").arg(parentValue.toString()),
+                           QStringLiteral("card owner not found: %1").arg(parentValue.toString()));
+        QHash<QString, QString> parameters;
+        for (auto it = task.params.cbegin(); it != task.params.cend(); ++it) {
+            const QString key = propertyKey(it.key());
+            if (!key.isEmpty() && !it.value().toString().isEmpty())
+                parameters.insert(key, it.value().toString());
+        }
+        const QString numberText = parameters.value(db::card::NUMBER).trimmed();
+        bool ok = false;
+        const quint64 number = numberText.toULongLong(&ok);
+        if (!ok || number == 0)
+            return failure(tr("Карта не создана: неверный номер карты \"%1\"").arg(numberText),
+                           QStringLiteral("bad card number: %1").arg(numberText));
+        const NVHash<TYPE_ID, ObjectInfo> &cards = *storage->constObjects(CARD_DATANAME);
+        for (const ObjectInfo &card : cards) {
+            if (card.parameter(db::card::NUMBER).trimmed().toULongLong() != number)
+                continue;
+            const TYPE_ID holder = card.parameter(db::card::OWNER).toUInt() ? card.parameter(db::card::OWNER).toUInt()
+                                                                             : card.parent();
+            const ObjectInfo *other = storage->constObject(holder);
+            const QString whose = other ? NVGlobals::objectName(*other) : QString::number(holder);
+            return failure(tr("Карта с номером %1 уже выдана: %2. Одну карту нельзя выдать дважды")
+                               .arg(numberText, whose),
+                           QStringLiteral("card number %1 already held by card %2").arg(numberText).arg(card.uid()));
+        }
+        parameters.insert(db::card::NUMBER, QString::number(number));
+        parameters.insert(db::card::OWNER, QString::number(owner));
+        ObjectInfo card(storage->nextUid(), OT_CARD, parameters);
+        card.setParent(owner);
+        QString error;
+        if (!storage->putObjects(CARD_DATANAME, {card}, &error))
+            return storeFailure(error);
+        qDebug() << "executor: card created" << card.uid() << "number" << number << "owner" << owner;
+        return Outcome{card.uid(), QString(), QString()};
     }
 
     Outcome deleteObject(const TaskInfo &task) const

@@ -1,6 +1,8 @@
 #include "asnobody.h"
 #include "mainwindow.h"
 #include "absencepage.h"
+#include "cardreadersmenu.h"
+#include "cardspage.h"
 #include "propertyframe.h"
 #include "sampleorganisation.h"
 #include "schedulepage.h"
@@ -15,6 +17,11 @@
 #include <runjournal.h>
 #include <objecttypes.h>
 #include <taskexecutor.h>
+#include <cardtemplateswidget.h>
+#include <cardwidget.h>
+#include <employeecardsmodel.h>
+#include <employeecardsview.h>
+#include <simulatedbackend.h>
 #include <updateobjectwizard.h>
 #include <workerabsencereasonmodel.h>
 #include <workerabsencereasonproxy.h>
@@ -22,6 +29,8 @@
 #include <workerpropertyview.h>
 
 #include <QAction>
+#include <QComboBox>
+#include <QTableWidget>
 #include <QLabel>
 #include <QStatusBar>
 #include <QLineEdit>
@@ -54,6 +63,7 @@ private Q_SLOTS:
     void interruptedBulkRunIsOffered();
     void readOnlyStoreEditsNothing();
     void calendarPagesFollowOneEmployee();
+    void cardWrittenSurvivesRestart();
     void commandLineWithoutDisplay_data();
     void commandLineWithoutDisplay();
 
@@ -466,6 +476,75 @@ void TestNvStudio::calendarPagesFollowOneEmployee()
     QVERIFY(!tabs->isTabEnabled(1) && !tabs->isTabEnabled(2));
     QCOMPARE(tabs->currentIndex(), 0);
     QVERIFY(window.schedulePage()->model()->schedules().isEmpty());
+}
+
+// The whole way a card takes in the client: a virtual card on the reader,
+// the employee's templates written to it with a profile of the sample, the
+// card in the Cards tab and, after a restart, still in the store.
+void TestNvStudio::cardWrittenSurvivesRestart()
+{
+    auto backend = std::make_shared<nvsmartcard::SimulatedBackend>();
+    backend->addReader(QStringLiteral("Считыватель смарт-карт"), db::devices::cardreader::SMARTCARD);
+    backend->addReader(QStringLiteral("Считыватель HID"), db::devices::cardreader::HID);
+    nvsmartcard::setDefaultBackend(backend);
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 20, &error), qPrintable(error));
+    LocalStorage *store = LocalStorage::instance();
+    QCOMPARE(store->constObjects(nivaro::SMARTCARD_PROFILE_DATANAME)->size(), 3);
+    QSet<int> kinds;
+    for (const nivaro::TYPE_ID w : store->constObjects(nivaro::SUBJECT_DATANAME)->uniqueKeys()) {
+        for (const nivaro::_TEMPLATE_DATA &t : store->templates(w))
+            kinds.insert(t.type);
+    }
+    QCOMPARE(kinds, (QSet<int>{2001, 2, 13, 3}));
+
+    const nivaro::TYPE_ID uid = twoEmployees().constFirst();
+    QVERIFY(!store->templates(uid).isEmpty());
+    const int cardsBefore = store->cardIds(uid, false).size();
+    QString number;
+    {
+        MainWindow window(store);
+        window.show();
+        window.selectUids({uid});
+        QVERIFY(window.employeeTabs()->isTabEnabled(window.employeeTabs()->indexOf(window.cardsPage())));
+        window.employeeTabs()->setCurrentWidget(window.cardsPage());
+        QVERIFY(window.readersMenu());
+        window.readersMenu()->putCard(0, 3); // DESFire 4 KB
+        number = QString::number(CardWidget::cardNumberFromUid(QString::fromLatin1(backend->cardOn(0)->uid.toHex())));
+
+        CardWidget *widget = window.cardsPage()->cardWidget();
+        auto *profiles = widget->findChild<QComboBox *>(QStringLiteral("cbProfile"));
+        profiles->setCurrentIndex(profiles->findText(QStringLiteral("Mifare DESFire — шаблоны v2")));
+        QVERIFY(profiles->currentIndex() > 0);
+        int offered = 0;
+        widget->execTemplatesDialog = [&offered](QDialog *, CardTemplatesWidget *chooser) {
+            auto *table = chooser->findChild<QTableWidget *>(QStringLiteral("tableWidget"));
+            offered = table->rowCount();
+            table->item(0, 0)->setCheckState(Qt::Checked);
+            return true;
+        };
+        widget->findChild<QPushButton *>(QStringLiteral("pbWriteTemplates"))->click();
+        QTRY_VERIFY_WITH_TIMEOUT(offered > 0 && !widget->isBusy() && window.executor()->pendingCount() == 0, 10000);
+        QTRY_VERIFY2(widget->resultText().contains(QStringLiteral("выдана сотруднику")), qPrintable(widget->resultText()));
+        QCOMPARE(offered, store->templates(uid).size());
+        QVERIFY(!widget->resultIsError());
+        EmployeeCardsModel *cards = window.cardsPage()->cardsView()->model();
+        QCOMPARE(cards->rowCount(), cardsBefore + 1);
+        // The card just issued is the one whose QR code shows.
+        QVERIFY(window.cardsPage()->cardsView()->qrText().startsWith(QStringLiteral("CARD:") + number));
+    }
+    store->close();
+    nvsmartcard::setDefaultBackend(nullptr);
+
+    QVERIFY2(StudioStartup::openStore(store, storePath(), 20, &error), qPrintable(error));
+    bool found = false;
+    for (const nivaro::ObjectInfo &card : store->cards(uid, false)) {
+        if (card.parameter(db::card::NUMBER) != number)
+            continue;
+        found = true;
+        QCOMPARE(card.parameter(db::card::CARD_NAME), QStringLiteral("Mifare DESFire 4K"));
+    }
+    QVERIFY(found);
 }
 
 void TestNvStudio::commandLineWithoutDisplay_data()

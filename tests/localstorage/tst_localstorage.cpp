@@ -37,6 +37,17 @@ ObjectInfo card(TYPE_ID uid, TYPE_ID owner, quint64 number)
     return c;
 }
 
+_TEMPLATE_DATA fingerprint(TYPE_ID id, int size)
+{
+    _TEMPLATE_DATA t;
+    t.id = id;
+    t.type = _TEMPLATE_DATA::Fingerprint;
+    t.finger = quint16(id % 10);
+    t.data = QByteArray(size, char(id));
+    t.created = QDateTime(QDate(2026, 3, 1), QTime(9, 30), Qt::UTC);
+    return t;
+}
+
 QSet<TYPE_ID> lookup(LocalStorage *store, const QString &index, const QString &prefix)
 {
     TrieStatic<TYPE_ID>::Set found;
@@ -116,6 +127,8 @@ private Q_SLOTS:
     void removalTakesBlobsAndCalendars();
     void versionOneFile_data();
     void versionOneFile();
+    void templatesRoundTrip_data();
+    void templatesRoundTrip();
     void cardIsValidThroughItsLastDay_data();
     void cardIsValidThroughItsLastDay();
     void storeLeftOpenClosesWithTheApplication(); // keep last
@@ -436,6 +449,7 @@ void TestLocalStorage::removalTakesBlobsAndCalendars_data()
     QTest::newRow("personal schedule") << QStringLiteral("personal");
     QTest::newRow("schedule history") << QStringLiteral("history");
     QTest::newRow("absences") << QStringLiteral("absences");
+    QTest::newRow("templates") << QStringLiteral("templates");
 }
 
 void TestLocalStorage::removalTakesBlobsAndCalendars()
@@ -459,12 +473,15 @@ void TestLocalStorage::removalTakesBlobsAndCalendars()
             return !store->personalSchedules(100).isEmpty();
         if (kind == QLatin1String("history"))
             return !store->scheduleHistory(100).isEmpty();
+        if (kind == QLatin1String("templates"))
+            return !store->templates(100).isEmpty();
         return !store->absenceReasons(100).records.isEmpty();
     };
     QVERIFY(store->setBlob(100, db::worker::PHOTO, "ffd8") || kind != QLatin1String("blob"));
     QVERIFY(store->setPersonalSchedules(100, {schedule}) || kind != QLatin1String("personal"));
     QVERIFY(store->setScheduleHistory(100, {assignment}) || kind != QLatin1String("history"));
     QVERIFY(store->setAbsenceReasons(absences) || kind != QLatin1String("absences"));
+    QVERIFY(store->setTemplates(100, {fingerprint(1, 512)}) || kind != QLatin1String("templates"));
     QVERIFY(present());
 
     QVERIFY(store->removeObjects({100}));
@@ -474,26 +491,34 @@ void TestLocalStorage::removalTakesBlobsAndCalendars()
     QVERIFY(!present());
 }
 
-// A file of the previous format gains the change log when opened writable
-// and keeps its contents; one that cannot be written is read as it is.
+// A file of an earlier format gains what later formats added (the change
+// log, the templates) when opened writable and keeps its contents; one that
+// cannot be written is read as it is.
 void TestLocalStorage::versionOneFile_data()
 {
     QTest::addColumn<bool>("readOnly");
+    QTest::addColumn<int>("versionBefore");
     QTest::addColumn<int>("versionAfter");
-    QTest::newRow("writable: migrated") << false << 2;
-    QTest::newRow("read only: left alone") << true << 1;
+    QTest::newRow("version 1 writable: migrated") << false << 1 << 3;
+    QTest::newRow("version 1 read only: left alone") << true << 1 << 1;
+    QTest::newRow("version 2 writable: migrated") << false << 2 << 3;
+    QTest::newRow("version 2 read only: left alone") << true << 2 << 2;
 }
 
 void TestLocalStorage::versionOneFile()
 {
     QFETCH(bool, readOnly);
+    QFETCH(int, versionBefore);
     QFETCH(int, versionAfter);
     QString error;
     QVERIFY2(store->open(path(), &error), qPrintable(error));
     QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
     store->close();
-    tamper(path(), {QStringLiteral("DROP TABLE changes"), QStringLiteral("DELETE FROM meta WHERE key = 'changes_horizon'"),
-                    QStringLiteral("UPDATE meta SET value = '1' WHERE key = 'version'")});
+    QStringList downgrade = {QStringLiteral("DROP TABLE templates"),
+                             QStringLiteral("UPDATE meta SET value = '%1' WHERE key = 'version'").arg(versionBefore)};
+    if (versionBefore < 2)
+        downgrade << QStringLiteral("DROP TABLE changes") << QStringLiteral("DELETE FROM meta WHERE key = 'changes_horizon'");
+    tamper(path(), downgrade);
 
     {
         QScopedPointer<AsNobody> nobody(readOnly ? leaveToNobody(0777, 0444) : nullptr);
@@ -503,12 +528,70 @@ void TestLocalStorage::versionOneFile()
         QCOMPARE(store->isReadOnly(), readOnly);
         QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Иванов"));
         QCOMPARE(store->updateParameters(100, {{db::worker::LAST_NAME, QStringLiteral("Петров")}}, &error), !readOnly);
+        QVERIFY(store->templates(100).isEmpty());
+        QCOMPARE(store->setTemplates(100, {fingerprint(1, 64)}, &error), !readOnly);
         store->close();
     }
     QCOMPARE(storedVersion(path()), versionAfter);
     QVERIFY2(store->open(path(), &error), qPrintable(error));
     QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME),
              readOnly ? QStringLiteral("Иванов") : QStringLiteral("Петров"));
+}
+
+// Templates are kept per employee, exactly as given, across reopening and
+// for another client of the file; an empty list removes them.
+void TestLocalStorage::templatesRoundTrip_data()
+{
+    QTest::addColumn<QList<int>>("sizes");
+    QTest::newRow("none") << QList<int>{};
+    QTest::newRow("one") << QList<int>{498};
+    QTest::newRow("all kinds, large") << QList<int>{498, 5000, 1024, 60000};
+}
+
+void TestLocalStorage::templatesRoundTrip()
+{
+    QFETCH(QList<int>, sizes);
+    const int kinds[] = {_TEMPLATE_DATA::Fingerprint, _TEMPLATE_DATA::PalmVein, _TEMPLATE_DATA::Face,
+                         _TEMPLATE_DATA::FingerVein};
+    QList<_TEMPLATE_DATA> templates;
+    for (int i = 0; i < sizes.size(); ++i) {
+        _TEMPLATE_DATA t = fingerprint(TYPE_ID(i + 1), sizes.at(i));
+        t.type = kinds[i % 4];
+        t.worker = 999; // the store makes the employee the owner
+        templates.append(t);
+    }
+    QString error;
+    QVERIFY2(store->open(path(), &error), qPrintable(error));
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1")),
+                                                 worker(101, QStringLiteral("Петров"), QStringLiteral("2"))}));
+    QVERIFY(store->setTemplates(101, {fingerprint(7, 10)}));
+    LocalStorage other;
+    QVERIFY2(other.open(path(), &error), qPrintable(error));
+    QSignalSpy otherChanged(&other, &LocalStorage::dataChanged);
+    QSignalSpy changed(store, &LocalStorage::dataChanged);
+
+    QVERIFY2(store->setTemplates(100, templates, &error), qPrintable(error));
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(changed.at(0).at(0).toString(), TEMPLATE_DATANAME);
+    QCOMPARE(changed.at(0).at(1).value<QList<unsigned int>>(), QList<unsigned int>{100});
+    for (_TEMPLATE_DATA &t : templates)
+        t.worker = 100;
+    QCOMPARE(store->templates(100), templates);
+
+    other.checkForChanges();
+    QCOMPARE(other.templates(100), templates);
+    QCOMPARE(otherChanged.size(), templates.isEmpty() ? 0 : 1);
+
+    store->close();
+    QVERIFY2(store->open(path(), &error), qPrintable(error));
+    QCOMPARE(store->templates(100), templates);
+    QCOMPARE(store->templates(101).size(), 1);
+
+    QVERIFY(store->setTemplates(100, {}));
+    store->close();
+    QVERIFY2(store->open(path(), &error), qPrintable(error));
+    QVERIFY(store->templates(100).isEmpty());
+    QCOMPARE(store->templates(101).size(), 1);
 }
 
 void TestLocalStorage::cardIsValidThroughItsLastDay_data()

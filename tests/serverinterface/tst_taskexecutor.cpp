@@ -55,6 +55,8 @@ private Q_SLOTS:
     void slotWithTextArgument();
     void deletesOnlyEmptyObjects();
     void receiverDestroyedWhileTaskIsOut();
+    void createsCards_data();
+    void createsCards();
 
 private:
     QTemporaryDir m_dir;
@@ -234,6 +236,79 @@ void TestTaskExecutor::receiverDestroyedWhileTaskIsOut()
     QTRY_COMPARE(finished.size(), 1);
     // The work is done even though nobody hears the answer.
     QCOMPARE(LocalStorage::instance()->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Сидоров"));
+}
+
+// A card that a reader read is new to the server: it gets a uid of its own,
+// unless its number already identifies another card.
+void TestTaskExecutor::createsCards_data()
+{
+    QTest::addColumn<TYPE_ID>("uid");
+    QTest::addColumn<TYPE_ID>("owner");
+    QTest::addColumn<QString>("number");
+    QTest::addColumn<QString>("reason"); // empty: created
+
+    QTest::newRow("uid 0") << TYPE_ID(0) << TYPE_ID(100) << QStringLiteral("3735928559") << QString();
+    QTest::newRow("unknown uid") << TYPE_ID(4711) << TYPE_ID(100) << QStringLiteral("12345") << QString();
+    QTest::newRow("leading zeros are the same number")
+        << TYPE_ID(0) << TYPE_ID(101) << QStringLiteral("0077")
+        << QStringLiteral("Карта с номером 0077 уже выдана: Иванов. Одну карту нельзя выдать дважды");
+    QTest::newRow("same number, same owner")
+        << TYPE_ID(0) << TYPE_ID(100) << QStringLiteral("77")
+        << QStringLiteral("Карта с номером 77 уже выдана: Иванов. Одну карту нельзя выдать дважды");
+    QTest::newRow("no number") << TYPE_ID(0) << TYPE_ID(100) << QString()
+                               << QStringLiteral("Карта не создана: неверный номер карты \"\"");
+    QTest::newRow("not a number") << TYPE_ID(0) << TYPE_ID(100) << QStringLiteral("A1B2")
+                                  << QStringLiteral("Карта не создана: неверный номер карты \"A1B2\"");
+    QTest::newRow("unknown owner") << TYPE_ID(0) << TYPE_ID(555) << QStringLiteral("12345")
+                                   << QStringLiteral("Карта не создана: сотрудник 555 не найден");
+}
+
+void TestTaskExecutor::createsCards()
+{
+    QFETCH(TYPE_ID, uid);
+    QFETCH(TYPE_ID, owner);
+    QFETCH(QString, number);
+    QFETCH(QString, reason);
+    LocalStorage *store = LocalStorage::instance();
+    ObjectInfo other(101, OT_WORKER, {{db::worker::LAST_NAME, QStringLiteral("Петров")}});
+    ObjectInfo held(50, OT_CARD, {{db::card::NUMBER, QStringLiteral("77")}, {db::card::OWNER, QStringLiteral("100")}});
+    held.setParent(100);
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {other}));
+    QVERIFY(store->putObjects(CARD_DATANAME, {held}));
+    const int cardsBefore = store->constObjects(CARD_DATANAME)->size();
+
+    TaskExecutor executor(store);
+    Receiver receiver;
+    QSignalSpy finished(&executor, &TaskExecutor::taskFinished);
+    TaskInfo task = saveTask(&receiver, uid, OT_CARD,
+                             {{db::card::NUMBER, number}, {db::card::DATE_BEGIN, QStringLiteral("2026-01-01")}});
+    task.params.insert(QStringLiteral("parent"), owner);
+    if (!reason.isEmpty())
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^executor: task failed")));
+    executor.execute(task);
+    QTRY_COMPARE(finished.size(), 1);
+    QCOMPARE(finished.at(0).at(2).toString(), reason);
+    QCOMPARE(receiver.saved.size(), 1);
+    if (!reason.isEmpty()) {
+        QCOMPARE(receiver.saved.first(), 0u);
+        QCOMPARE(store->constObjects(CARD_DATANAME)->size(), cardsBefore);
+        return;
+    }
+    const TYPE_ID created = receiver.saved.first();
+    QVERIFY(created != 0 && created != uid && created != 50);
+    QCOMPARE(store->cardIds(owner, false), (QList<TYPE_ID>{50, created}));
+
+    // It is in the file, with its owner and what the task said.
+    const QString file = store->fileName();
+    store->close();
+    QString error;
+    QVERIFY2(store->open(file, &error), qPrintable(error));
+    const ObjectInfo card = store->object(created, CARD_DATANAME);
+    QCOMPARE(card.typeName(), OT_CARD);
+    QCOMPARE(card.parent(), owner);
+    QCOMPARE(card.parameter(db::card::OWNER), QString::number(owner));
+    QCOMPARE(card.parameter(db::card::NUMBER), QString::number(number.toULongLong()));
+    QCOMPARE(card.parameter(db::card::DATE_BEGIN), QStringLiteral("2026-01-01"));
 }
 
 QTEST_GUILESS_MAIN(TestTaskExecutor)

@@ -65,7 +65,7 @@ void CardReadersMenu::putCard(int reader, int kind)
     m_backend->putCard(reader, card);
     emit status(tr("На считыватель положена карта %1, номер %2")
                     .arg(cardKinds().value(kind))
-                    .arg(CardWidget::cardNumberFromUid(QString::fromLatin1(card.uid.toHex()))));
+                    .arg(CardWidget::cardNumberText(CardWidget::cardNumberFromUid(QString::fromLatin1(card.uid.toHex())))));
     saveState();
 }
 

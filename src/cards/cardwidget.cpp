@@ -102,6 +102,13 @@ CardWidget::~CardWidget()
 
 void CardWidget::setWorker(TYPE_ID uid)
 {
+    if (uid != m_worker && !m_busy) {
+        // What the last operation said was about the employee shown before.
+        ui->lbStatus->clear();
+        ui->lbCard->clear();
+        showResult(QString(), false);
+        ui->progressBar->setValue(0);
+    }
     m_worker = uid;
     updateActions();
 }
@@ -130,6 +137,12 @@ quint64 CardWidget::cardNumberFromUid(const QString &uidHex)
     for (int i = qMax(0, bytes.size() - 8); i < bytes.size(); ++i)
         number = (number << 8) | quint8(bytes.at(i));
     return number;
+}
+
+QString CardWidget::cardNumberText(quint64 number)
+{
+    const int format = nivaro::LocalStorage::instance()->dbSettings().parameter(db::database::CARD_VIEW_FORMAT).toInt();
+    return NVGlobals::cardIdText(number, format);
 }
 
 void CardWidget::refreshReaders()
@@ -234,6 +247,7 @@ void CardWidget::start(Step step)
     }
     m_failed = false;
     m_continueTemplates = false;
+    m_opWorker = m_worker;
     m_lastCard = ObjectInfo();
     ui->lbStatus->clear();
     ui->lbCard->clear();
@@ -318,7 +332,7 @@ void CardWidget::cardArrived(const ObjectInfo &card)
     const QString type = card.parameter(nvcm::CARD_NAME);
     ui->lbCard->setText(tr("Карта: %1, номер %2, UID %3")
                             .arg(type.isEmpty() ? tr("тип неизвестен") : type)
-                            .arg(number ? QString::number(number) : tr("не определен"))
+                            .arg(number ? cardNumberText(number) : tr("не определен"))
                             .arg(card.parameter(nvcm::UID)));
     const Step step = m_step != Step::None ? m_step : m_finishedStep;
     if (step == Step::ReadForTemplates) {
@@ -336,7 +350,7 @@ void CardWidget::startTemplatesWrite(const ObjectInfo &card)
 {
     if (m_busy)
         return;
-    const QList<nivaro::_TEMPLATE_DATA> templates = LocalStorage::instance()->templates(m_worker);
+    const QList<nivaro::_TEMPLATE_DATA> templates = LocalStorage::instance()->templates(m_opWorker);
     int limit = card.parameter(nvcm::USER_MEM_SIZE).toInt();
     if (limit <= 0)
         limit = card.parameter(nvcm::MEM_SIZE).toInt();
@@ -374,13 +388,13 @@ void CardWidget::startTemplatesWrite(const ObjectInfo &card)
     m_manager->setSmartCardProfile(profile);
     const int ticks = SmartCardProfile(profile).writeMode()
         ? m_manager->writeWorkerTemplates_v2(reader, chosen, QByteArray())
-        : m_manager->writeWorkerTemplates(m_worker, chosen, QByteArray());
+        : m_manager->writeWorkerTemplates(m_opWorker, chosen, QByteArray());
     began(ticks, Step::WriteTemplates);
 }
 
 void CardWidget::saveCard(const ObjectInfo &card)
 {
-    if (!m_worker)
+    if (!m_opWorker)
         return;
     const quint64 number = cardNumberFromUid(card.parameter(nvcm::UID));
     if (!number) {
@@ -389,13 +403,14 @@ void CardWidget::saveCard(const ObjectInfo &card)
         return;
     }
     LocalStorage *store = LocalStorage::instance();
-    const ObjectInfo *owner = store->constObject(m_worker);
+    const ObjectInfo *owner = store->constObject(m_opWorker);
     const QString numberText = QString::number(number);
+    const QString shownNumber = cardNumberText(number);
     // The employee's own card with this number is updated, any other is new
     // (and refused by the server when someone else holds the number).
     const ObjectInfo *existing = nullptr;
     for (const ObjectInfo &c : *store->constObjects(nivaro::CARD_DATANAME)) {
-        if (c.parameter(db::card::NUMBER).toULongLong() == number && cardHolder(c) == m_worker) {
+        if (c.parameter(db::card::NUMBER).toULongLong() == number && cardHolder(c) == m_opWorker) {
             existing = &c;
             break;
         }
@@ -416,7 +431,7 @@ void CardWidget::saveCard(const ObjectInfo &card)
     task.uid = existing ? existing->uid() : 0;
     task.command = QStringLiteral("save_object");
     task.params.insert(QStringLiteral("object_type"), nivaro::OT_CARD);
-    task.params.insert(QStringLiteral("parent"), m_worker);
+    task.params.insert(QStringLiteral("parent"), m_opWorker);
     int changed = 0;
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
         if (existing && existing->parameter(it.key()) == it.value())
@@ -425,15 +440,15 @@ void CardWidget::saveCard(const ObjectInfo &card)
         ++changed;
     }
     if (existing && changed == 0) {
-        showResult(resultText() + QLatin1Char(' ') + tr("Карта %1 уже выдана сотруднику.").arg(numberText), m_resultIsError);
+        showResult(resultText() + QLatin1Char(' ') + tr("Карта %1 уже выдана сотруднику.").arg(shownNumber), m_resultIsError);
         return;
     }
-    const QString name = owner ? NVGlobals::objectName(*owner) : QString::number(m_worker);
+    const QString name = owner ? NVGlobals::objectName(*owner) : QString::number(m_opWorker);
     task.widget = this;
     task.slot = QStringLiteral("saved");
-    task.startMessage = tr("Сохранение карты %1 сотрудника %2").arg(numberText, name);
-    task.errorMessage = tr("Ошибка сохранения карты %1 сотрудника %2").arg(numberText, name);
-    task.data = {numberText};
+    task.startMessage = tr("Сохранение карты %1 сотрудника %2").arg(shownNumber, name);
+    task.errorMessage = tr("Ошибка сохранения карты %1 сотрудника %2").arg(shownNumber, name);
+    task.data = {shownNumber};
     m_outstanding.append(task);
     emit appendTask(task);
 }

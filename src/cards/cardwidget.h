@@ -60,6 +60,10 @@ public:
      * search) uses this one rule so a card is found by what was issued.
      */
     static quint64 cardNumberFromUid(const QString &uidHex);
+    // A card number as this site shows and types them (the database
+    // settings' card view format), so that a message names the card as
+    // the card lists do.
+    static QString cardNumberText(quint64 number);
 
     // How the templates chooser is shown: true to write what it chose.
     // A modal dialog by default; tests replace it.
@@ -99,6 +103,10 @@ private:
     QTimer *m_countdown;
     int m_secondsLeft = 0;
     nivaro::TYPE_ID m_worker = 0;
+    // The employee an operation was started for: the operator may select
+    // someone else while the card is being written, and the card must
+    // still go to the one it was written for.
+    nivaro::TYPE_ID m_opWorker = 0;
     Step m_step = Step::None;         // the operation under way
     Step m_finishedStep = Step::None; // the one that finished last
     bool m_continueTemplates = false; // a read that opens the templates chooser

@@ -36,6 +36,9 @@ EmployeeCardsView::EmployeeCardsView(QWidget *parent)
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->verticalHeader()->hide();
+    // An employee has a few cards: sizing to the text costs nothing and
+    // keeps card type names whole.
+    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_table->horizontalHeader()->setStretchLastSection(true);
     m_qr->setObjectName(QStringLiteral("qrLabel"));
     m_qr->setAlignment(Qt::AlignCenter);

@@ -173,21 +173,23 @@ void TestCardWidget::everyFlowEndsReady_data()
     QTest::addColumn<QString>("result");
     QTest::addColumn<bool>("isError");
     QTest::addColumn<bool>("saved");
+    QTest::addColumn<bool>("switchMidway"); // the operator selects someone else while it runs
 
     const QString issued = QStringLiteral(" Карта %1 выдана сотруднику.").arg(UidNumber);
-    QTest::newRow("read") << "pbRead" << "card" << 0 << QStringLiteral("Прочитан идентификатор карты.") + issued << false << true;
-    QTest::newRow("read, no card") << "pbRead" << "none" << 0 << QStringLiteral("Ошибка чтения идентификатора карты.") << true << false;
+    QTest::newRow("read") << "pbRead" << "card" << 0 << QStringLiteral("Прочитан идентификатор карты.") + issued << false << true << false;
+    QTest::newRow("read, no card") << "pbRead" << "none" << 0 << QStringLiteral("Ошибка чтения идентификатора карты.") << true << false << false;
     QTest::newRow("read, held by another") << "pbRead" << "held" << 0
                                            << QStringLiteral("Карта с номером %1 уже выдана: Петров. Одну карту нельзя выдать дважды").arg(UidNumber)
-                                           << true << false;
-    QTest::newRow("format with profile") << "pbFormat" << "card" << 1 << QStringLiteral("Данные очищены.") + issued << false << true;
+                                           << true << false << false;
+    QTest::newRow("format with profile") << "pbFormat" << "card" << 1 << QStringLiteral("Данные очищены.") + issued << false << true << false;
     QTest::newRow("format, wrong key") << "pbFormat" << "foreign keys" << 1
-                                       << QStringLiteral("Авторизация на карте не удалась. Выберите другой профиль карты.") << true << false;
-    QTest::newRow("write uid") << "pbWriteUid" << "card" << 0 << QStringLiteral("Данные записаны.") + issued << false << true;
-    QTest::newRow("write templates v1") << "pbWriteTemplates" << "card" << 1 << QStringLiteral("Данные записаны.") + issued << false << true;
-    QTest::newRow("write templates v2") << "pbWriteTemplates" << "desfire" << 2 << QStringLiteral("Данные записаны.") + issued << false << true;
+                                       << QStringLiteral("Авторизация на карте не удалась. Выберите другой профиль карты.") << true << false << false;
+    QTest::newRow("write uid") << "pbWriteUid" << "card" << 0 << QStringLiteral("Данные записаны.") + issued << false << true << false;
+    QTest::newRow("write templates v1") << "pbWriteTemplates" << "card" << 1 << QStringLiteral("Данные записаны.") + issued << false << true << false;
+    QTest::newRow("write templates v2") << "pbWriteTemplates" << "desfire" << 2 << QStringLiteral("Данные записаны.") + issued << false << true << false;
+    QTest::newRow("write uid, someone else selected") << "pbWriteUid" << "card" << 0 << QStringLiteral("Данные записаны.") + issued << false << true << true;
     QTest::newRow("write templates, pulled") << "pbWriteTemplates" << "pulled" << 2
-                                             << QStringLiteral("Ошибка. Уберите карту со считывателя и повторите операцию.") << true << false;
+                                             << QStringLiteral("Ошибка. Уберите карту со считывателя и повторите операцию.") << true << false << false;
 }
 
 void TestCardWidget::everyFlowEndsReady()
@@ -198,6 +200,7 @@ void TestCardWidget::everyFlowEndsReady()
     QFETCH(QString, result);
     QFETCH(bool, isError);
     QFETCH(bool, saved);
+    QFETCH(bool, switchMidway);
 
     LocalStorage *store = LocalStorage::instance();
     m_backend->addReader(QStringLiteral("Z-2 USB"), db::devices::cardreader::HID);
@@ -245,6 +248,8 @@ void TestCardWidget::everyFlowEndsReady()
                                        widget.findChild<QPushButton *>(QStringLiteral("pbWriteTemplates"))};
     for (QWidget *control : controls)
         QVERIFY2(!control->isEnabled(), qPrintable(control->objectName()));
+    if (switchMidway)
+        widget.setWorker(Other);
 
     // Reading without a card waits its full five seconds; a pulled card
     // three more before the device is closed.
@@ -256,6 +261,12 @@ void TestCardWidget::everyFlowEndsReady()
         QVERIFY2(control->isEnabled(), qPrintable(control->objectName()));
     auto *progress = widget.findChild<QProgressBar *>(QStringLiteral("progressBar"));
     QVERIFY(progress->maximum() >= 5);
+
+    QCOMPARE(store->cardIds(Other, false).size(), scenario == QLatin1String("held") ? 1 : 0);
+    // What the last operation said does not follow the operator to another employee.
+    widget.setWorker(switchMidway ? Worker : Other);
+    QCOMPARE(widget.resultText(), QString());
+    widget.setWorker(Worker);
 
     const QList<TYPE_ID> cards = store->cardIds(Worker, false);
     QCOMPARE(cards.size(), saved ? 1 : 0);

@@ -1,4 +1,5 @@
 #include "simulatedbackend.h"
+#include "cardlayout.h"
 #include "nvsmartcardlog_p.h"
 
 #include <dbparams.h>
@@ -21,7 +22,7 @@ namespace {
 
 // Classic and Plus are written a 16-byte block at a time; DESFire
 // WriteData frames carry at most 52 bytes, we send 48 like most readers.
-constexpr int BlockSize = 16;
+constexpr int BlockSize = CardBlockSize;
 constexpr int DesfireFrame = 48;
 // A DESFire card allocates in 32-byte blocks; the site's application, its
 // key set and the file header take three of them.
@@ -41,22 +42,6 @@ QByteArray randomUid(int length)
     else if (uint(uchar(uid[0])) == 0x88)
         uid[0] = '\x08'; // 0x88 is the cascade tag, never a first UID byte
     return uid;
-}
-
-// Sector layout of Classic and Plus: 4-block sectors for the first 2 KB,
-// then (4 KB cards) 16-block sectors; the last block of each is its trailer.
-bool isTrailer(int block)
-{
-    return block < 128 ? block % 4 == 3 : (block - 128) % 16 == 15;
-}
-
-// How many user data blocks (not block 0, not trailers) come before `block`.
-int dataBlocksBefore(int block)
-{
-    int n = 0;
-    for (int b = 1; b < block; ++b)
-        n += isTrailer(b) ? 0 : 1;
-    return n;
 }
 
 quint32 blockCardUserMemory(quint32 memSize)
@@ -215,36 +200,9 @@ bool keyOpens(const VirtualCard &card, const Candidate &c)
     return false;
 }
 
-// The bytes of user memory the settings describe: a block range on Classic
-// and Plus, a window of the data file on DESFire.
 std::pair<int, int> userRange(const VirtualCard &card, const nvsc::SmartCardSettings &settings)
 {
-    const int size = int(card.userMemSize);
-    if (card.type == MifareDESFire) {
-        const auto &s = static_cast<const nvsc::MifareDESFireSettings &>(settings);
-        const int offset = int(std::min<quint32>(s.fileOffset, quint32(size)));
-        const int length = s.fileSize == 0 ? size - offset : int(std::min<quint32>(s.fileSize, quint32(size - offset)));
-        return {offset, length};
-    }
-    int first = 1;
-    int last = -1;
-    if (card.type == MifarePlus && !card.plusLevel1) {
-        const auto &s = static_cast<const nvsc::MifarePlusSettings &>(settings).sl3;
-        first = s.firstBlock;
-        last = s.lastBlock;
-    } else {
-        const auto &s = static_cast<const nvsc::MifareBaseSettings &>(settings);
-        first = s.firstBlock;
-        last = s.lastBlock;
-    }
-    const int blocks = int(card.memSize / BlockSize);
-    if (blocks < 2)
-        return {0, 0};
-    first = std::clamp(first, 1, blocks);
-    last = last < 0 ? blocks - 1 : std::min(last, blocks - 1);
-    const int begin = std::min(dataBlocksBefore(first) * BlockSize, size);
-    const int end = std::min(dataBlocksBefore(last + 1) * BlockSize, size);
-    return {begin, std::max(0, end - begin)};
+    return userDataRange(card.type, card.plusLevel1, card.memSize, card.userMemSize, settings);
 }
 
 VirtualCard blockCard(const QByteArray &uid, int uidLength, CardType type, quint32 memSize)

@@ -9,6 +9,7 @@
 #include <dbparams.h>
 #include <localstorage.h>
 #include <nvglobals.h>
+#include <cardlayout.h>
 #include <nvsmartcardtypes.h>
 #include <objecttypes.h>
 
@@ -346,14 +347,38 @@ void CardWidget::cardArrived(const ObjectInfo &card)
     saveCard(card);
 }
 
+int CardWidget::templatesRoom(const ObjectInfo &card, const ObjectInfo &profile, int templateCount)
+{
+    const quint32 memSize = card.parameter(nvcm::MEM_SIZE).toUInt();
+    quint32 userMemSize = card.parameter(nvcm::USER_MEM_SIZE).toUInt();
+    if (userMemSize == 0)
+        userMemSize = memSize;
+    int room = int(userMemSize);
+    // The profile may give the data less than the whole card (a DESFire
+    // file, a range of blocks): the chooser must not offer what the card
+    // would then refuse halfway through the write.
+    const auto type = nvsmartcard::CardType(card.parameter(nvcm::TYPE).toInt());
+    const SmartCardProfile smartCardProfile(profile);
+    const QList<nvsc::SmartCardSettings *> candidates = smartCardProfile.smartCardSettings(type);
+    if (!candidates.isEmpty()) {
+        const auto *plus = dynamic_cast<const nvsc::MifarePlusSettings *>(candidates.constFirst());
+        const bool plusLevel1 = plus && plus->securityLevel1;
+        room = std::min(room, nvsmartcard::userDataRange(type, plusLevel1, memSize, userMemSize, *candidates.constFirst()).second);
+    }
+    qDeleteAll(candidates);
+    // The chooser counts template bytes only; the block adds its header
+    // and a record header per template.
+    const int overhead = smartCardProfile.writeMode() ? 32 + 6 * templateCount : 16 + 2 * templateCount;
+    return std::max(0, room - overhead);
+}
+
 void CardWidget::startTemplatesWrite(const ObjectInfo &card)
 {
     if (m_busy)
         return;
     const QList<nivaro::_TEMPLATE_DATA> templates = LocalStorage::instance()->templates(m_opWorker);
-    int limit = card.parameter(nvcm::USER_MEM_SIZE).toInt();
-    if (limit <= 0)
-        limit = card.parameter(nvcm::MEM_SIZE).toInt();
+    const ObjectInfo profile = currentProfile();
+    const int limit = templatesRoom(card, profile, templates.size());
 
     QDialog dialog(this);
     dialog.setWindowTitle(tr("Выбор шаблонов"));
@@ -384,7 +409,6 @@ void CardWidget::startTemplatesWrite(const ObjectInfo &card)
         return;
     }
     m_failed = false;
-    const ObjectInfo profile = currentProfile();
     m_manager->setSmartCardProfile(profile);
     const int ticks = SmartCardProfile(profile).writeMode()
         ? m_manager->writeWorkerTemplates_v2(reader, chosen, QByteArray())

@@ -64,6 +64,9 @@ public:
     // settings' card view format), so that a message names the card as
     // the card lists do.
     static QString cardNumberText(quint64 number);
+    // Template bytes that fit on the card with this profile, block and
+    // record headers taken off.
+    static int templatesRoom(const nivaro::ObjectInfo &card, const nivaro::ObjectInfo &profile, int templateCount);
 
     // How the templates chooser is shown: true to write what it chose.
     // A modal dialog by default; tests replace it.

@@ -26,6 +26,7 @@ using nvsmartcard::VirtualCard;
 
 namespace {
 
+using Params = QHash<QString, QString>;
 constexpr TYPE_ID Worker = 100;
 constexpr TYPE_ID Other = 101;
 constexpr TYPE_ID ClassicProfile = 30;
@@ -66,6 +67,8 @@ private Q_SLOTS:
     void cleanup();
     void cardNumberFromUid_data();
     void cardNumberFromUid();
+    void templatesRoom_data();
+    void templatesRoom();
     void noReaders();
     void hidReaderExplains();
     void everyFlowEndsReady_data();
@@ -127,6 +130,44 @@ void TestCardWidget::cardNumberFromUid()
     QFETCH(QString, uid);
     QFETCH(quint64, number);
     QCOMPARE(CardWidget::cardNumberFromUid(uid), number);
+}
+
+void TestCardWidget::templatesRoom_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("memSize");
+    QTest::addColumn<int>("userMemSize");
+    QTest::addColumn<Params>("profile"); // empty: default keys
+    QTest::addColumn<int>("templates");
+    QTest::addColumn<int>("room");
+    namespace p = db::scardprofile;
+    const Params v2 = {{p::common::NAME, QStringLiteral("v2")}, {p::common::DATA_FORMAT, QStringLiteral("v2")}};
+    QTest::newRow("classic 1K, default keys") << 1 << 1024 << 752 << Params() << 2 << 752 - 16 - 2 * 2;
+    QTest::newRow("classic 1K, blocks 1-6") << 1 << 1024 << 752
+                                            << Params{{p::common::NAME, QStringLiteral("c")},
+                                                                       {p::mfclassic::LAST_BLOCK, QStringLiteral("6")}}
+                                            << 1 << 5 * 16 - 16 - 2;
+    QTest::newRow("desfire 8K, whole card, v2") << 2 << 8192 << 8096 << v2 << 4 << 8096 - 32 - 4 * 6;
+    Params file = v2;
+    file.insert(p::mfdesfire::FILE_SIZE, QStringLiteral("3584"));
+    QTest::newRow("desfire 8K, 3.5 KB file, v2") << 2 << 8192 << 8096 << file << 4 << 3584 - 32 - 4 * 6;
+    file.insert(p::mfdesfire::FILE_OFFSET, QStringLiteral("8000"));
+    QTest::newRow("desfire, file near the end") << 2 << 8192 << 8096 << file << 1 << 8096 - 8000 - 32 - 6;
+    QTest::newRow("card of no known family") << 4 << 0 << 0 << Params() << 1 << 0;
+}
+
+void TestCardWidget::templatesRoom()
+{
+    QFETCH(int, type);
+    QFETCH(int, memSize);
+    QFETCH(int, userMemSize);
+    QFETCH(Params, profile);
+    QFETCH(int, templates);
+    QFETCH(int, room);
+    const ObjectInfo card(0, OT_CARD, {{nvcm::TYPE, QString::number(type)}, {nvcm::MEM_SIZE, QString::number(memSize)},
+                                       {nvcm::USER_MEM_SIZE, QString::number(userMemSize)}});
+    const ObjectInfo record = profile.isEmpty() ? ObjectInfo() : ObjectInfo(77, OT_SMARTCARD_PROFILE, profile);
+    QCOMPARE(CardWidget::templatesRoom(card, record, templates), room);
 }
 
 void TestCardWidget::noReaders()

@@ -236,16 +236,22 @@ void CardWidget::showResult(const QString &text, bool isError)
     ui->lbResult->setText(text);
 }
 
+bool CardWidget::readerForOperation(quint32 *reader)
+{
+    bool ok = false;
+    *reader = currentReader(&ok);
+    if (!ok)
+        showResult(tr("Нет подключенных считывателей"), true);
+    return ok;
+}
+
 void CardWidget::start(Step step)
 {
     if (m_busy)
         return;
-    bool ok = false;
-    const quint32 reader = currentReader(&ok);
-    if (!ok) {
-        showResult(tr("Нет подключенных считывателей"), true);
+    quint32 reader = 0;
+    if (!readerForOperation(&reader))
         return;
-    }
     m_failed = false;
     m_continueTemplates = false;
     m_opWorker = m_worker;
@@ -402,12 +408,9 @@ void CardWidget::startTemplatesWrite(const ObjectInfo &card)
         showResult(tr("Не выбрано ни одного шаблона"), true);
         return;
     }
-    bool ok = false;
-    const quint32 reader = currentReader(&ok);
-    if (!ok) {
-        showResult(tr("Нет подключенных считывателей"), true);
+    quint32 reader = 0;
+    if (!readerForOperation(&reader))
         return;
-    }
     m_failed = false;
     m_manager->setSmartCardProfile(profile);
     const int ticks = SmartCardProfile(profile).writeMode()

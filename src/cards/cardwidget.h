@@ -99,6 +99,7 @@ private:
     void operationFinished();
     void saveCard(const nivaro::ObjectInfo &card);
     quint32 currentReader(bool *ok) const;
+    bool readerForOperation(quint32 *reader);
     nivaro::ObjectInfo currentProfile() const;
 
     Ui::CardWidget *ui;

@@ -375,13 +375,20 @@ ObjectInfo USBCardReaderManagerPrivate::doFormatCard()
 
 void USBCardReaderManagerPrivate::doFormatCardFinished()
 {
+    finishWithCard(USBCardReaderManager::tr("Данные очищены."));
+}
+
+// Format and writes end alike: the card, then what was done; a failure
+// has already said why.
+void USBCardReaderManagerPrivate::finishWithCard(const QString &doneText)
+{
     if (!finishOperation())
         return;
     if (!watcher.isCanceled()) {
         const ObjectInfo result = watcher.result();
         if (result.isValid()) {
             Q_EMIT q->cardReadDelay(result);
-            Q_EMIT q->message(USBCardReaderManager::tr("Данные очищены."));
+            Q_EMIT q->message(doneText);
         }
     }
     Q_EMIT q->finished();
@@ -487,16 +494,7 @@ ObjectInfo USBCardReaderManagerPrivate::doWriteCardUID()
 
 void USBCardReaderManagerPrivate::doWriteDataFinished()
 {
-    if (!finishOperation())
-        return;
-    if (!watcher.isCanceled()) {
-        const ObjectInfo result = watcher.result();
-        if (result.isValid()) {
-            Q_EMIT q->cardReadDelay(result);
-            Q_EMIT q->message(USBCardReaderManager::tr("Данные записаны."));
-        }
-    }
-    Q_EMIT q->finished();
+    finishWithCard(USBCardReaderManager::tr("Данные записаны."));
 }
 
 QByteArray USBCardReaderManagerPrivate::prepareData(quint8 type, const QList<QByteArray> &records)

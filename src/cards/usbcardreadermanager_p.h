@@ -91,6 +91,7 @@ private:
     void removeCard(const nvcm::ReaderInfo &reader);
     void failAndClose(const nvcm::ReaderInfo &reader, const QString &text);
     bool finishOperation();
+    void finishWithCard(const QString &doneText);
 };
 
 #endif

@@ -73,6 +73,10 @@ public:
     NVHash<TYPE_ID, ObjectInfo> objects(const QList<TYPE_ID> &uids) const;
     // The data name of the collection that holds uid; empty when none does.
     QString dataname(TYPE_ID uid) const;
+    // Changes whenever the collection does (and when the store is opened or
+    // closed), never going back to an earlier value: what a cache built
+    // from a collection compares to know it still holds.
+    quint64 revision(const QString &dataname) const;
 
     QByteArray blob(TYPE_ID uid, const QString &key) const;
     ObjectInfo dbSettings() const;

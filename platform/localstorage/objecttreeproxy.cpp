@@ -2,6 +2,8 @@
 
 #include "objecttreemodel.h"
 
+#include <objecttypes.h>
+
 namespace nivaro {
 
 ObjectTreeProxy::ObjectTreeProxy(QObject *parent)
@@ -17,30 +19,55 @@ void ObjectTreeProxy::setFilterUids(const QSet<TYPE_ID> &uids)
 {
     m_uids = uids;
     m_uidFilter = true;
-    invalidateFilter();
+    updateFastPath();
 }
 
 void ObjectTreeProxy::clearFilterUids()
 {
     m_uids.clear();
     m_uidFilter = false;
-    invalidateFilter();
+    updateFastPath();
 }
 
 void ObjectTreeProxy::setTypeFilter(const QStringList &types)
 {
     m_types = types;
-    invalidateFilter();
+    m_allTypes = true;
+    for (const QString &type : {OT_SUBJECT_ROOT, OT_FIRM, OT_DEPARTMENT, OT_WORKER})
+        m_allTypes = m_allTypes && (types.isEmpty() || types.contains(type));
+    updateFastPath();
 }
 
 void ObjectTreeProxy::setFilterText(const QString &text)
 {
     m_text = text;
-    invalidateFilter();
+    updateFastPath();
+}
+
+void ObjectTreeProxy::updateFastPath()
+{
+    const auto *tree = qobject_cast<const ObjectTreeModel *>(sourceModel());
+    m_fastPath = tree && m_uidFilter && m_text.isEmpty() && m_allTypes;
+    if (m_fastPath) {
+        const QList<TYPE_ID> found(m_uids.cbegin(), m_uids.cend());
+        for (TYPE_ID uid : found) {
+            const QSet<TYPE_ID> parents = tree->parentKeys(uid);
+            m_uids.unite(parents);
+        }
+    }
+    // Changing the recursion refilters by itself; refiltering once is enough.
+    if (isRecursiveFilteringEnabled() == m_fastPath)
+        setRecursiveFilteringEnabled(!m_fastPath);
+    else
+        invalidateFilter();
 }
 
 bool ObjectTreeProxy::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
 {
+    if (m_fastPath) {
+        const auto *tree = static_cast<const ObjectTreeModel *>(sourceModel());
+        return m_uids.contains(tree->uid(tree->index(sourceRow, 0, sourceParent)));
+    }
     const QModelIndex index = sourceModel()->index(sourceRow, 0, sourceParent);
     if (!m_types.isEmpty() && !m_types.contains(index.data(ObjectTreeModel::TypeRole).toString()))
         return false;

@@ -41,6 +41,13 @@ protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
 
 private:
+    // With only a uid filter set, the filter itself keeps the ancestors of
+    // every uid, so no row needs its subtree searched for a match: a search
+    // result over a million employees filters in one pass over the rows
+    // that are mapped, not a walk of every subtree.
+    void updateFastPath();
+    bool m_fastPath = false;
+    bool m_allTypes = true;
     QSet<TYPE_ID> m_uids;
     bool m_uidFilter = false;
     QStringList m_types;

@@ -12,6 +12,8 @@
 #include <QToolTip>
 #include <QWidget>
 
+#include <atomic>
+
 namespace {
 
 struct Country
@@ -368,4 +370,19 @@ QStringList NVDialogsUtils::getNearAbroadCodes()
 QString NVDialogsUtils::translateState(const QString &name)
 {
     return QCoreApplication::translate("NVDialogsUtils", name.toUtf8().constData());
+}
+
+namespace {
+std::atomic<bool> s_debugEnabled{false};
+} // namespace
+
+// Atomic: card operations read the switch from pool threads.
+void NVDialogsUtils::setDebugEnabled(bool enabled)
+{
+    s_debugEnabled.store(enabled, std::memory_order_relaxed);
+}
+
+bool NVDialogsUtils::debugEnabled()
+{
+    return s_debugEnabled.load(std::memory_order_relaxed);
 }

@@ -42,6 +42,11 @@ public:
     static QStringList getNearAbroadCodes();
     // The name translated in context "NVDialogsUtils"; unchanged when untranslated.
     static QString translateState(const QString &name);
+
+    // The library's debug switch: the card reader manager logs its steps
+    // only while it is on (off by default, card work is chatty).
+    static void setDebugEnabled(bool enabled);
+    static bool debugEnabled();
 };
 
 #endif

@@ -123,6 +123,58 @@ inline const QString HID = QStringLiteral("OT_CARDREADER_HID");
 } // namespace cardreader
 } // namespace devices
 
+namespace scardprofile {
+// Parameters of a smart-card profile (OT_SMARTCARD_PROFILE). Keys are hex
+// text, block access strings one decimal digit per value.
+namespace common {
+inline const QString NAME = QStringLiteral("PT_NAME");
+inline const QString DATA_FORMAT = QStringLiteral("PT_DATA_FORMAT");
+inline const QString MIFARE_PLUS_MODE = QStringLiteral("PT_MIFARE_PLUS_MODE");
+} // namespace common
+namespace legacy {
+inline const QString USE_LEGACY_MODE = QStringLiteral("PT_USE_LEGACY_MODE");
+inline const QString KEY = QStringLiteral("PT_MIFARE_LEGACY_KEY");
+} // namespace legacy
+namespace mfclassic {
+inline const QString KEY_A = QStringLiteral("PT_MIFARE_CLASSIC_KEY_A");
+inline const QString KEY_B = QStringLiteral("PT_MIFARE_CLASSIC_KEY_B");
+inline const QString FIRST_BLOCK = QStringLiteral("PT_MIFARE_CLASSIC_FIRST_BLOCK");
+inline const QString LAST_BLOCK = QStringLiteral("PT_MIFARE_CLASSIC_LAST_BLOCK");
+inline const QString BLOCK_ACCESS = QStringLiteral("PT_MIFARE_CLASSIC_BLOCK_ACCESS");
+} // namespace mfclassic
+namespace mfplussl1 {
+inline const QString KEY_A = QStringLiteral("PT_MIFARE_PLUS_SL1_KEY_A");
+inline const QString KEY_B = QStringLiteral("PT_MIFARE_PLUS_SL1_KEY_B");
+inline const QString FIRST_BLOCK = QStringLiteral("PT_MIFARE_PLUS_SL1_FIRST_BLOCK");
+inline const QString LAST_BLOCK = QStringLiteral("PT_MIFARE_PLUS_SL1_LAST_BLOCK");
+inline const QString BLOCK_ACCESS = QStringLiteral("PT_MIFARE_PLUS_SL1_BLOCK_ACCESS");
+} // namespace mfplussl1
+namespace mfplussl3 {
+inline const QString KEY_MASTER = QStringLiteral("PT_MIFARE_PLUS_SL3_KEY_MASTER");
+inline const QString KEY_CONF = QStringLiteral("PT_MIFARE_PLUS_SL3_KEY_CONF");
+inline const QString KEY_L1AUTH = QStringLiteral("PT_MIFARE_PLUS_SL3_KEY_L1AUTH");
+inline const QString KEY_L3SWITCH = QStringLiteral("PT_MIFARE_PLUS_SL3_KEY_L3SWITCH");
+inline const QString KEY_L3SECTOR_SWITCH = QStringLiteral("PT_MIFARE_PLUS_SL3_KEY_L3SECTOR_SWITCH");
+inline const QString KEY_A = QStringLiteral("PT_MIFARE_PLUS_SL3_KEY_A");
+inline const QString KEY_B = QStringLiteral("PT_MIFARE_PLUS_SL3_KEY_B");
+inline const QString BLOCK_ACCESS = QStringLiteral("PT_MIFARE_PLUS_SL3_BLOCK_ACCESS");
+inline const QString FIRST_BLOCK = QStringLiteral("PT_MIFARE_PLUS_SL3_FIRST_BLOCK");
+inline const QString LAST_BLOCK = QStringLiteral("PT_MIFARE_PLUS_SL3_LAST_BLOCK");
+} // namespace mfplussl3
+namespace mfdesfire {
+inline const QString KEY_MASTER = QStringLiteral("PT_MIFARE_DESFIRE_KEY_MASTER");
+inline const QString KEY_APP = QStringLiteral("PT_MIFARE_DESFIRE_KEY_APP");
+inline const QString KEY_APP_NR = QStringLiteral("PT_MIFARE_DESFIRE_KEY_APP_NR");
+inline const QString APP_ID = QStringLiteral("PT_MIFARE_DESFIRE_APP_ID");
+inline const QString FILE_ID = QStringLiteral("PT_MIFARE_DESFIRE_FILE_ID");
+inline const QString FILE_SIZE = QStringLiteral("PT_MIFARE_DESFIRE_FILE_SIZE");
+inline const QString FILE_OFFSET = QStringLiteral("PT_MIFARE_DESFIRE_FILE_OFFSET");
+} // namespace mfdesfire
+namespace nivaroid {
+inline const QString KEY = QStringLiteral("PT_NIVARO_ID_KEY");
+} // namespace nivaroid
+} // namespace scardprofile
+
 } // namespace db
 
 #endif

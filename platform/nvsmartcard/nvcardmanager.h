@@ -3,6 +3,7 @@
 
 #include "readerbackend.h"
 
+#include <QHash>
 #include <QObject>
 
 /**
@@ -47,10 +48,15 @@ Q_SIGNALS:
     void getCardKeys(const nvsmartcard::CardType &type, quint32 keyNumber);
 
 private:
+    Q_DISABLE_COPY(NVCardManager)
+    bool haveSettings(const nvcm::ReaderInfo &reader);
+    nvsmartcard::ProgressCallback progress() const;
+
     std::shared_ptr<nvsmartcard::ReaderBackend> m_backend;
     std::unique_ptr<nvsc::SmartCardSettings> m_settings;
     std::function<void(int, int)> m_writeCallback;
     QHash<QString, QString> m_cardTypeNames; // by reader id
+    QHash<QString, nvsmartcard::CardType> m_cardTypes; // by reader id
 };
 
 #endif

@@ -55,7 +55,8 @@ public:
     int readerCount() const;
 
     void putCard(int reader, const VirtualCard &card);
-    // Returns the card as it is now (keys, data), if one was there.
+    // Returns the card as it is now (keys, data), if one was there; a card
+    // pulled off mid-write (pullCardAfterChunks) is the one in the hand.
     std::optional<VirtualCard> takeCard(int reader);
     std::optional<VirtualCard> cardOn(int reader) const;
 
@@ -75,6 +76,8 @@ public:
     // Keeps the virtual cards (keys and data) across runs of a host.
     bool saveState(const QString &path) const;
     bool loadState(const QString &path);
+    // Why the last saveState()/loadState() failed.
+    QString errorString() const;
 
     QString backendName() const override { return QStringLiteral("simulated"); }
     QList<nvcm::ReaderInfo> listReaders() override;
@@ -94,12 +97,24 @@ public:
     int updateKeys(const nvcm::ReaderInfo &reader, const nvsc::SmartCardSettings &settings) override;
 
 private:
+    Q_DISABLE_COPY(SimulatedBackend)
     struct Reader;
     struct Failure;
+
+    // All of these expect m_mutex to be held.
+    Reader *readerAt(int index) const;
+    Reader *findReader(const nvcm::ReaderInfo &reader) const;
+    int scriptedFailure(const QString &call);
+    int beginCall(const nvcm::ReaderInfo &reader, const QString &call, Reader *&found);
+
+    int writeChunks(const nvcm::ReaderInfo &reader, const QString &call, const nvsc::SmartCardSettings &settings,
+                    const QByteArray *data, const ProgressCallback &progress);
+
     mutable QMutex m_mutex;
     QVector<Reader *> m_readers;  // owned; index is the reader id's number
     QVector<Failure *> m_failures;
     int m_chunkDelayMs = 0;
+    mutable QString m_error; // of the last saveState()/loadState()
 };
 
 } // namespace nvsmartcard

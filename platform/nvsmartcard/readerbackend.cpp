@@ -1,0 +1,67 @@
+#include "readerbackend.h"
+#include "nvsmartcardlog_p.h"
+#include "simulatedbackend.h"
+
+#include <QMutex>
+#include <QMutexLocker>
+
+Q_LOGGING_CATEGORY(lcSmartCard, "nvd.smartcard", QtInfoMsg)
+
+namespace nvsmartcard {
+
+ReaderBackend::~ReaderBackend() = default;
+
+namespace {
+
+QMutex &defaultMutex()
+{
+    static QMutex mutex;
+    return mutex;
+}
+
+std::shared_ptr<ReaderBackend> &chosenBackend()
+{
+    static std::shared_ptr<ReaderBackend> backend;
+    return backend;
+}
+
+// The PC/SC backend plugs in here once it is built; until then asking for
+// it falls back to the simulated readers with a warning, so a host started
+// with NV_CARD_BACKEND=pcsc still comes up.
+std::shared_ptr<ReaderBackend> createPcscBackend()
+{
+    return nullptr;
+}
+
+std::shared_ptr<ReaderBackend> backendFromEnvironment()
+{
+    const QString name = qEnvironmentVariable("NV_CARD_BACKEND").trimmed().toLower();
+    if (name.isEmpty() || name == QLatin1String("simulated"))
+        return SimulatedBackend::shared();
+    if (name == QLatin1String("pcsc")) {
+        if (auto pcsc = createPcscBackend())
+            return pcsc;
+        qCWarning(lcSmartCard) << "NV_CARD_BACKEND: pcsc is not built in, using simulated readers";
+        return SimulatedBackend::shared();
+    }
+    qCWarning(lcSmartCard) << "NV_CARD_BACKEND: unknown backend" << name << "- using simulated readers";
+    return SimulatedBackend::shared();
+}
+
+} // namespace
+
+std::shared_ptr<ReaderBackend> defaultBackend()
+{
+    QMutexLocker locker(&defaultMutex());
+    if (!chosenBackend())
+        chosenBackend() = backendFromEnvironment();
+    return chosenBackend();
+}
+
+void setDefaultBackend(std::shared_ptr<ReaderBackend> backend)
+{
+    QMutexLocker locker(&defaultMutex());
+    chosenBackend() = std::move(backend);
+}
+
+} // namespace nvsmartcard

@@ -47,7 +47,7 @@ void ObjectTreeProxy::setFilterText(const QString &text)
 void ObjectTreeProxy::updateFastPath()
 {
     const auto *tree = qobject_cast<const ObjectTreeModel *>(sourceModel());
-    m_fastPath = tree && m_uidFilter && m_text.isEmpty() && m_allTypes;
+    m_fastPath = tree && m_uidFilter && m_text.isEmpty() && m_allTypes && !filtersBeyondUids();
     if (m_fastPath) {
         const QList<TYPE_ID> found(m_uids.cbegin(), m_uids.cend());
         for (TYPE_ID uid : found) {

@@ -39,13 +39,17 @@ public:
 
 protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
-
-private:
+    // Whether a subclass rejects rows on grounds of its own, so that the
+    // ancestors of what passes must be found by searching subtrees.
+    virtual bool filtersBeyondUids() const { return false; }
     // With only a uid filter set, the filter itself keeps the ancestors of
     // every uid, so no row needs its subtree searched for a match: a search
     // result over a million employees filters in one pass over the rows
-    // that are mapped, not a walk of every subtree.
+    // that are mapped, not a walk of every subtree. Refilters; subclasses
+    // call it when filtersBeyondUids() changes.
     void updateFastPath();
+
+private:
     bool m_fastPath = false;
     bool m_allTypes = true;
     QSet<TYPE_ID> m_uids;

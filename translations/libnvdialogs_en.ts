@@ -81,6 +81,34 @@
     </message>
 </context>
 <context>
+    <name>CardTemplatesWidget</name>
+    <message>
+        <location filename="../src/cards/cardtemplateswidget.ui" line="+20"/>
+        <source>Выбор шаблонов</source>
+        <translation>Template selection</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Выберите шаблоны для записи на смарт-карту</source>
+        <translation>Choose the templates to write to the smart card</translation>
+    </message>
+    <message>
+        <location filename="../src/cards/cardtemplateswidget.cpp" line="+36"/>
+        <source>Идентификатор</source>
+        <translation>Identifier</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Размер, байт</source>
+        <translation>Size, bytes</translation>
+    </message>
+    <message>
+        <location line="+45"/>
+        <source>На выбранную смарт-карту можно записать не более %1 байт</source>
+        <translation>At most %1 bytes can be written to the selected smart card</translation>
+    </message>
+</context>
+<context>
     <name>DeleteListWizardPage</name>
     <message>
         <location filename="../src/wizards/deletelistwizardpage.cpp" line="+18"/>
@@ -245,7 +273,7 @@
 <context>
     <name>NVDialogsUtils</name>
     <message>
-        <location filename="../src/nvdialogsutils.cpp" line="+26"/>
+        <location filename="../src/nvdialogsutils.cpp" line="+28"/>
         <source>АФГАНИСТАН</source>
         <translation>Afghanistan</translation>
     </message>
@@ -1861,6 +1889,110 @@
     </message>
 </context>
 <context>
+    <name>USBCardReaderManager</name>
+    <message>
+        <location filename="../src/cards/usbcardreadermanager.cpp" line="+47"/>
+        <source>Ошибка. Уберите карту со считывателя и повторите операцию.</source>
+        <translation>Error. Take the card off the reader and try again.</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Ошибка чтения идентификатора карты.</source>
+        <translation>Could not read the card identifier.</translation>
+    </message>
+    <message>
+        <location line="+122"/>
+        <source>Идет чтение карты. Осталось %1 сек.</source>
+        <translation>Reading the card. %1 s left.</translation>
+    </message>
+    <message>
+        <location line="+58"/>
+        <source>Авторизация на карте</source>
+        <translation>Authorising on the card</translation>
+    </message>
+    <message>
+        <location line="+25"/>
+        <source>Авторизация на карте не удалась. Выберите другой профиль карты.</source>
+        <translation>Authorisation on the card failed. Choose another card profile.</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>Форматирование карты. Ожидайте...</source>
+        <translation>Formatting the card. Please wait...</translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <source>Ошибка форматирования карты.</source>
+        <translation>Could not format the card.</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>Ошибка авторизации при записи ключа на карту.</source>
+        <translation>Authorisation failed while writing the key to the card.</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Ошибка записи ключа авторизации на карту (%1).</source>
+        <translation>Could not write the authorisation key to the card (%1).</translation>
+    </message>
+    <message>
+        <location line="+40"/>
+        <source>Прочитан идентификатор карты.</source>
+        <translation>The card identifier has been read.</translation>
+    </message>
+    <message>
+        <location line="+19"/>
+        <location line="+50"/>
+        <source>Прочитан идентификатор карты</source>
+        <translation>Card identifier read</translation>
+    </message>
+    <message>
+        <location line="-25"/>
+        <source>Данные очищены.</source>
+        <translation>The data has been cleared.</translation>
+    </message>
+    <message>
+        <location line="+19"/>
+        <source>Слишком много данных для карты данного типа.</source>
+        <translation>Too much data for a card of this type.</translation>
+    </message>
+    <message>
+        <location line="+16"/>
+        <source>Запись данных. Ожидайте...</source>
+        <translation>Writing data. Please wait...</translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Ошибка авторизации при записи данных на карту.</source>
+        <translation>Authorisation failed while writing data to the card.</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Ошибка записи данных на карту (%1).</source>
+        <translation>Could not write data to the card (%1).</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Обновление ключа авторизации карты</source>
+        <translation>Updating the card's authorisation key</translation>
+    </message>
+    <message>
+        <location line="+61"/>
+        <source>Данные записаны.</source>
+        <translation>The data has been written.</translation>
+    </message>
+    <message>
+        <location line="+184"/>
+        <source>Запись данных. %1 из %2</source>
+        <translation>Writing data. %1 of %2</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Форматирование карты. %1 из %2</source>
+        <translation>Formatting the card. %1 of %2</translation>
+    </message>
+</context>
+<context>
     <name>UpdateObjectWizard</name>
     <message>
         <location filename="../src/wizards/updateobjectwizard.cpp" line="+24"/>
@@ -1944,7 +2076,7 @@
     </message>
     <message>
         <location line="+4"/>
-        <location filename="../src/workerpropertyview.cpp" line="+885"/>
+        <location filename="../src/workerpropertyview.cpp" line="+882"/>
         <source>Фамилия</source>
         <translation>Surname</translation>
     </message>
@@ -2024,7 +2156,7 @@
     </message>
     <message>
         <location line="+5"/>
-        <location filename="../src/workerpropertyview.cpp" line="-616"/>
+        <location filename="../src/workerpropertyview.cpp" line="-613"/>
         <location line="+328"/>
         <source>12 цифр</source>
         <translation>12 digits</translation>
@@ -2046,12 +2178,12 @@
     </message>
     <message>
         <location line="+12"/>
-        <location filename="../src/workerpropertyview.cpp" line="+290"/>
+        <location filename="../src/workerpropertyview.cpp" line="+287"/>
         <source>Дополнительные сведения</source>
         <translation>Additional information</translation>
     </message>
     <message>
-        <location filename="../src/workerpropertyview.cpp" line="-862"/>
+        <location filename="../src/workerpropertyview.cpp" line="-859"/>
         <source>(разные значения)</source>
         <translation>(various values)</translation>
     </message>
@@ -2109,7 +2241,7 @@
         <translation>Failed to save the data of employee %1</translation>
     </message>
     <message>
-        <location line="+79"/>
+        <location line="+76"/>
         <source>Параметры сохранены</source>
         <translation>Data saved</translation>
     </message>

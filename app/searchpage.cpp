@@ -4,6 +4,7 @@
 
 #include <nvcustomparams.h>
 #include <objectinfo.h>
+#include <objecttypes.h>
 #include <workersearchdialog.h>
 
 #include <QAction>

@@ -32,7 +32,7 @@
         <translation>Creation finished</translation>
     </message>
     <message>
-        <location line="+101"/>
+        <location line="+133"/>
         <source>Неизвестная ошибка</source>
         <translation>Unknown error</translation>
     </message>
@@ -1776,6 +1776,39 @@
     </message>
 </context>
 <context>
+    <name>SearchPage</name>
+    <message>
+        <location filename="../app/searchpage.cpp" line="+28"/>
+        <source>Сотрудник</source>
+        <translation>Employee</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Номер шкафчика</source>
+        <translation>Locker number</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Госномер автомобиля</source>
+        <translation>Car plate</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Размер обуви</source>
+        <translation>Shoe size</translation>
+    </message>
+    <message>
+        <location line="+26"/>
+        <source>Поиск сотрудника…</source>
+        <translation>Find employee…</translation>
+    </message>
+    <message>
+        <location line="+44"/>
+        <source>Не удалось сохранить снимок окна в %1</source>
+        <translation>Could not save the window picture to %1</translation>
+    </message>
+</context>
+<context>
     <name>SnilsEdit</name>
     <message>
         <location filename="../platform/nvwidgets/snilsedit.cpp" line="+36"/>
@@ -1974,7 +2007,7 @@
     <message>
         <location line="+5"/>
         <source>Обновление ключа авторизации карты</source>
-        <translation>Updating the card's authorisation key</translation>
+        <translation>Updating the card&apos;s authorisation key</translation>
     </message>
     <message>
         <location line="+61"/>
@@ -2285,6 +2318,85 @@
     </message>
 </context>
 <context>
+    <name>WorkerSearchDialog</name>
+    <message>
+        <location filename="../src/search/workersearchdialog.ui" line="+6"/>
+        <source>Поиск</source>
+        <translation>Search</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Параметры поиска</source>
+        <translation>Search parameters</translation>
+    </message>
+    <message>
+        <location line="+16"/>
+        <location filename="../src/search/workersearchdialog.cpp" line="+630"/>
+        <source>%v сек</source>
+        <translation>%v s</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Считать</source>
+        <translation>Read</translation>
+    </message>
+    <message>
+        <location filename="../src/search/workersearchdialog.cpp" line="-476"/>
+        <source>Перейти</source>
+        <translation>Go to</translation>
+    </message>
+    <message>
+        <location line="+72"/>
+        <source>ФИО или табельный номер</source>
+        <translation>Full name or personnel number</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Номер карты</source>
+        <translation>Card number</translation>
+    </message>
+    <message>
+        <location line="+33"/>
+        <source>Нет подключенных считывателей</source>
+        <translation>No readers connected</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Выберите считыватель</source>
+        <translation>Choose a reader</translation>
+    </message>
+    <message>
+        <location line="+297"/>
+        <source>Считыватель занят или недоступен.</source>
+        <translation>The reader is busy or unavailable.</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Идет чтение карты...</source>
+        <translation>Reading the card...</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Чтение карты</source>
+        <translation>Reading the card</translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>Идет чтение карты. Осталось %1 сек.</source>
+        <translation>Reading the card. %1 s left.</translation>
+    </message>
+    <message>
+        <location line="+28"/>
+        <source>Время ожидания истекло.</source>
+        <translation>The wait has timed out.</translation>
+    </message>
+    <message>
+        <location line="+26"/>
+        <source>Номер прочитанной карты не распознан.</source>
+        <translation>The number of the card read was not recognized.</translation>
+    </message>
+</context>
+<context>
     <name>WorkerUniqueParamChecker</name>
     <message>
         <location filename="../src/workeruniqueparamchecker.cpp" line="+37"/>
@@ -2295,7 +2407,7 @@
 <context>
     <name>main</name>
     <message>
-        <location filename="../app/main.cpp" line="+123"/>
+        <location filename="../app/main.cpp" line="+127"/>
         <source>--generate ждет число сотрудников от 1 до 5000000</source>
         <translation>--generate expects a number of employees from 1 to 5000000</translation>
     </message>
@@ -2305,7 +2417,7 @@
         <translation>File %1 already exists: give another --store for a new store</translation>
     </message>
     <message>
-        <location line="+6"/>
+        <location line="+8"/>
         <source>--page ждет одно из: %1</source>
         <translation>--page expects one of: %1</translation>
     </message>
@@ -2326,7 +2438,7 @@
 <context>
     <name>nivaro::LocalStorage</name>
     <message>
-        <location filename="../platform/localstorage/localstorage.cpp" line="+673"/>
+        <location filename="../platform/localstorage/localstorage.cpp" line="+688"/>
         <source>Объект без идентификатора не может быть сохранен</source>
         <translation>An object without an ID cannot be saved</translation>
     </message>

@@ -48,25 +48,40 @@ void ObjectTreeProxy::updateFastPath()
 {
     const auto *tree = qobject_cast<const ObjectTreeModel *>(sourceModel());
     m_fastPath = tree && m_uidFilter && m_text.isEmpty() && m_allTypes && !filtersBeyondUids();
+    m_nodes.clear();
     if (m_fastPath) {
         const QList<TYPE_ID> found(m_uids.cbegin(), m_uids.cend());
         for (TYPE_ID uid : found) {
             const QSet<TYPE_ID> parents = tree->parentKeys(uid);
             m_uids.unite(parents);
         }
+        m_nodes.reserve(m_uids.size());
+        for (TYPE_ID uid : qAsConst(m_uids)) {
+            const QModelIndex index = tree->indexOf(uid);
+            if (index.isValid())
+                m_nodes.insert(index.internalPointer());
+        }
     }
-    // Changing the recursion refilters by itself; refiltering once is enough.
-    if (isRecursiveFilteringEnabled() == m_fastPath)
+    if (isRecursiveFilteringEnabled() == m_fastPath) {
+        // Changing the recursion refilters by itself.
         setRecursiveFilteringEnabled(!m_fastPath);
-    else
+    } else if (m_fastPath) {
+        // A new result: mapping afresh the rows a view asks for is far
+        // cheaper than telling it of every row that came and went.
+        invalidate();
+    } else {
         invalidateFilter();
+    }
 }
 
 bool ObjectTreeProxy::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
 {
     if (m_fastPath) {
+        // The node pointer rules most rows out without touching the node;
+        // the uid guards against a node freed and its memory reused.
         const auto *tree = static_cast<const ObjectTreeModel *>(sourceModel());
-        return m_uids.contains(tree->uid(tree->index(sourceRow, 0, sourceParent)));
+        const QModelIndex index = tree->index(sourceRow, 0, sourceParent);
+        return m_nodes.contains(index.internalPointer()) && m_uids.contains(tree->uid(index));
     }
     const QModelIndex index = sourceModel()->index(sourceRow, 0, sourceParent);
     if (!m_types.isEmpty() && !m_types.contains(index.data(ObjectTreeModel::TypeRole).toString()))

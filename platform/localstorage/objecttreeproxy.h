@@ -51,6 +51,9 @@ protected:
 
 private:
     bool m_fastPath = false;
+    // The tree's nodes of the uids, so that the fast path tells rows apart
+    // without reading a million nodes scattered over the heap.
+    QSet<const void *> m_nodes;
     bool m_allTypes = true;
     QSet<TYPE_ID> m_uids;
     bool m_uidFilter = false;

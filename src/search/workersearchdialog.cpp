@@ -58,10 +58,13 @@ QString describe(const Set &uids)
     return QLatin1Char('{') + parts.join(QLatin1Char(',')) + QLatin1Char('}');
 }
 
-bool isWorker(const LocalStorage *store, TYPE_ID uid)
+// The orgstructure index holds employees and the firms and departments of
+// the "orgstructure" collection, nothing else: an uid there that is not an
+// organisation is an employee. The organisations are few, so this look-up
+// stays in cache where the employee's own record would not.
+bool isWorker(const nivaro::NVHash<TYPE_ID, ObjectInfo> &organisations, TYPE_ID uid)
 {
-    const ObjectInfo *object = store->constObject(uid);
-    return object && object->typeName() == nivaro::OT_WORKER;
+    return !organisations.contains(uid);
 }
 
 struct CustomOutcome
@@ -337,10 +340,11 @@ QSet<unsigned int> WorkerSearchDialog::searchName(const QString &text)
     // Departments are filed by name too; only people are found. Filtering
     // the intersection rather than every word's part gives the same set
     // with far fewer look-ups.
+    const nivaro::NVHash<TYPE_ID, ObjectInfo> &organisations = *store->constObjects(nivaro::ORGSTRUCTURE_DATANAME);
     QSet<unsigned int> workers;
     workers.reserve(result.size());
     for (TYPE_ID uid : result) {
-        if (isWorker(store, uid))
+        if (isWorker(organisations, uid))
             workers.insert(uid);
     }
     qCDebug(lcSearch) << "only_workers" << describe(workers);

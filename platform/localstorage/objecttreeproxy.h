@@ -9,6 +9,8 @@
 #include <QSortFilterProxyModel>
 #include <QStringList>
 
+#include <vector>
+
 namespace nivaro {
 
 /**
@@ -39,6 +41,7 @@ public:
 
 protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
+    bool lessThan(const QModelIndex &left, const QModelIndex &right) const override;
     // Whether a subclass rejects rows on grounds of its own, so that the
     // ancestors of what passes must be found by searching subtrees.
     virtual bool filtersBeyondUids() const { return false; }
@@ -52,8 +55,13 @@ protected:
 private:
     bool m_fastPath = false;
     // The tree's nodes of the uids, so that the fast path tells rows apart
-    // without reading a million nodes scattered over the heap.
-    QSet<const void *> m_nodes;
+    // without reading a million nodes scattered over the heap: an open
+    // addressing table of node pointers, a power of two in size, that
+    // stays in cache while the filter runs over every row.
+    std::vector<const void *> m_nodes;
+    std::size_t m_nodeCount = 0;
+    bool hasNode(const void *node) const;
+    void addNode(const void *node);
     bool m_allTypes = true;
     QSet<TYPE_ID> m_uids;
     bool m_uidFilter = false;

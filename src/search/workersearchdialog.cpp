@@ -443,8 +443,16 @@ void WorkerSearchDialog::applySearchResult(const QSet<unsigned int> &uids)
     qCDebug(lcSearch) << "apply search result" << uids.size();
     QSet<TYPE_ID> shown = uids;
     if (m_model) {
+        // Thousands of people sit in a few departments: the ancestors of
+        // each department are taken once.
+        QSet<TYPE_ID> widened;
         for (TYPE_ID uid : uids) {
-            const QSet<TYPE_ID> parents = m_model->parentKeys(uid);
+            const TYPE_ID parent = m_model->uid(m_model->indexOf(uid).parent());
+            if (!parent || widened.contains(parent))
+                continue;
+            widened.insert(parent);
+            shown.insert(parent);
+            const QSet<TYPE_ID> parents = m_model->parentKeys(parent);
             shown.unite(parents);
         }
     }

@@ -94,6 +94,10 @@ void TestSearchPage::screenshotShowsTheSearch()
     auto *dialog = window.findChild<WorkerSearchDialog *>(QStringLiteral("workerSearchDialog"));
     QCOMPARE(dialog->findChild<QLineEdit *>(QStringLiteral("searchEdit"))->text(), QStringLiteral("а"));
     QVERIFY(!dialog->shownUids().isEmpty());
+    auto *view = dialog->findChild<QTreeView *>(QStringLiteral("resultView"));
+    QVERIFY(view->rootIndex().isValid());
+    QVERIFY(view->model()->rowCount(view->rootIndex()) > 0);
+    QVERIFY(view->visualRect(view->model()->index(0, 0, view->rootIndex())).isValid());
     dialog->close();
     window.close();
 }

@@ -201,6 +201,21 @@ void TestWorkerSearchDialog::nameSearch()
     runSearch(dialog, QStringLiteral("hidden/fio"), text);
     QCOMPARE(shownWorkers(dialog), expected);
     // The path from the root stays visible, and nothing else.
+    // What the tree shows below the hidden subject root.
+    auto *view = dialog.findChild<QTreeView *>(QStringLiteral("resultView"));
+    QSet<unsigned int> inView;
+    QList<QModelIndex> todo{view->rootIndex()};
+    while (!todo.isEmpty()) {
+        const QModelIndex parent = todo.takeLast();
+        for (int r = 0; r < view->model()->rowCount(parent); ++r) {
+            const QModelIndex i = view->model()->index(r, 0, parent);
+            if (i.data(ObjectTreeModel::TypeRole).toString() == OT_WORKER)
+                inView.insert(i.data(ObjectTreeModel::UidRole).toUInt());
+            QVERIFY(view->isExpanded(i) || !view->model()->hasChildren(i));
+            todo.append(i);
+        }
+    }
+    QCOMPARE(inView, expected);
     if (!expected.isEmpty())
         QVERIFY(dialog.shownUids().contains(Department));
     else

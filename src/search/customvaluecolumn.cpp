@@ -34,6 +34,8 @@ bool CustomValueColumn::build(const nivaro::NVHash<nivaro::TYPE_ID, nivaro::Obje
 QSet<unsigned int> CustomValueColumn::search(const QString &text, const Cancelled &cancelled) const
 {
     QSet<unsigned int> found;
+    if (m_uids.empty())
+        return found;
     const QString folded = fold(text);
     const std::u16string_view needle(reinterpret_cast<const char16_t *>(folded.utf16()), std::size_t(folded.size()));
     const char16_t *base = m_text.data();

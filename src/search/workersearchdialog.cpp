@@ -28,6 +28,8 @@
 #include <QTimer>
 #include <QtConcurrent/QtConcurrentRun>
 
+#include <array>
+#include <optional>
 #include <vector>
 
 Q_LOGGING_CATEGORY(lcSearch, "nvdialogs.search", QtInfoMsg)
@@ -67,6 +69,34 @@ bool isWorker(const nivaro::NVHash<TYPE_ID, ObjectInfo> &organisations, TYPE_ID 
     return !organisations.contains(uid);
 }
 
+// The revisions of the collections whose objects carry the numbers the
+// dialog files into the orgstructure index, and of the database settings,
+// which change when the store is opened anew (emptying its indexes) and
+// which no dialog follows. While they are what they were when the numbers
+// were last filed (and kept current by an open dialog), filing them all
+// again at the next opening would change nothing: over a million
+// employees it takes most of a second.
+using NumbersStamp = std::array<quint64, 4>;
+std::optional<NumbersStamp> &numbersFiled()
+{
+    static std::optional<NumbersStamp> stamp;
+    return stamp;
+}
+NumbersStamp numbersStamp(const LocalStorage *store)
+{
+    return {store->revision(nivaro::ORGSTRUCTURE_DATANAME), store->revision(nivaro::SUBJECT_DATANAME),
+            store->revision(nivaro::SUBJECT_FIRED_DATANAME), store->revision(nivaro::DB_DATANAME)};
+}
+// An open dialog has filed what changed: the stamp follows, but not for
+// a reopened store, which announces nothing.
+void numbersFollowed(const LocalStorage *store)
+{
+    if (!numbersFiled())
+        return;
+    NumbersStamp now = numbersStamp(store);
+    now[3] = (*numbersFiled())[3];
+    numbersFiled() = now;
+}
 struct CustomOutcome
 {
     QSet<unsigned int> uids;
@@ -186,8 +216,10 @@ WorkerSearchDialog::WorkerSearchDialog(QWidget *parent)
     connect(store, &LocalStorage::dataRemoved, this, &WorkerSearchDialog::dataHasRemoved);
 
     // The store files names; the numbers are the search's own addition.
-    if (m_model)
+    if (m_model && numbersFiled() != numbersStamp(store)) {
         fileNumbers(m_model->uids());
+        numbersFiled() = numbersStamp(store);
+    }
 
     const int remembered = ui->searchTypeCombo->findData(_saved_search_type);
     ui->searchTypeCombo->setCurrentIndex(remembered >= 0 ? remembered : 0);
@@ -689,9 +721,11 @@ void WorkerSearchDialog::dataHasChanged(const QString &dataname, const QList<uns
 {
     // The store files an employee's names again on every change, and drops
     // every key of it first: the numbers must follow each time.
-    if (dataname == nivaro::ORGSTRUCTURE_DATANAME || dataname == nivaro::SUBJECT_DATANAME
-        || dataname == nivaro::SUBJECT_FIRED_DATANAME)
-        fileNumbers(uids);
+    if (dataname != nivaro::ORGSTRUCTURE_DATANAME && dataname != nivaro::SUBJECT_DATANAME
+        && dataname != nivaro::SUBJECT_FIRED_DATANAME)
+        return;
+    fileNumbers(uids);
+    numbersFollowed(LocalStorage::instance());
 }
 
 void WorkerSearchDialog::dataHasRemoved(const QString &dataname, const QList<unsigned int> &uids)
@@ -707,6 +741,7 @@ void WorkerSearchDialog::dataHasRemoved(const QString &dataname, const QList<uns
         if (!store->constObject(uid))
             index->remove(uid);
     }
+    numbersFollowed(store);
 }
 
 void WorkerSearchDialog::closeEvent(QCloseEvent *event)

@@ -152,6 +152,7 @@ private Q_SLOTS:
     void newSearchReplacesRunningOne();
     void stateIsRememberedAcrossDialogs();
     void indexFollowsChangesAndRemovals();
+    void numbersChangedWhileNoDialogIsOpen();
     void gotoEmitsSelectedObject();
     void noReaders();
     void readsSmartCard();
@@ -459,6 +460,27 @@ void TestWorkerSearchDialog::indexFollowsChangesAndRemovals()
     runSearch(dialog, Car, QStringLiteral("777"));
     QTRY_VERIFY(!dialog.isSearching());
     QCOMPARE(shownWorkers(dialog), uids({Ivanov}));
+}
+
+void TestWorkerSearchDialog::numbersChangedWhileNoDialogIsOpen()
+{
+    LocalStorage *store = LocalStorage::instance();
+    {
+        WorkerSearchDialog first;
+    }
+    {
+        // Nothing changed: the numbers filed by the first are still there.
+        WorkerSearchDialog second;
+        runSearch(second, QStringLiteral("hidden/fio"), QStringLiteral("200"));
+        QCOMPARE(shownWorkers(second), uids({Ivashkin}));
+    }
+    // The store files an employee's names anew and drops its number.
+    QVERIFY(store->updateParameters(Ivashkin, {{db::worker::WORKERNUM, QStringLiteral("555")}}));
+    WorkerSearchDialog third;
+    runSearch(third, QStringLiteral("hidden/fio"), QStringLiteral("555"));
+    QCOMPARE(shownWorkers(third), uids({Ivashkin}));
+    runSearch(third, QStringLiteral("hidden/fio"), QStringLiteral("12"));
+    QCOMPARE(shownWorkers(third), uids({Ivanov, Petrov, Sidorova}));
 }
 
 void TestWorkerSearchDialog::gotoEmitsSelectedObject()

@@ -49,7 +49,12 @@ struct WorkerCalendar
  * GUI thread only, except that the const accessors may be read from one
  * background search while the GUI thread does not write. Taking in other
  * clients' writes is a write too: a host holds the watch back with
- * setWatching(false) while such a search runs.
+ * setWatching(false) while such a search runs. A search that must not hold
+ * writes back copies the collection on the GUI thread instead and reads
+ * the copy: collections and records share their data implicitly (atomic
+ * counts), and a write never changes shared data in place but detaches
+ * its own copy first, so the copy stays as it was (the employee search
+ * does so). revision() tells such a reader when its copy is out of date.
  */
 class LOCALSTORAGE_EXPORT LocalStorage : public QObject
 {

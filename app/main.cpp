@@ -1,4 +1,5 @@
 #include "mainwindow.h"
+#include "searchpage.h"
 #include "studiostartup.h"
 
 #include <localstorage.h>
@@ -72,12 +73,15 @@ int main(int argc, char *argv[])
                                               QStringLiteral("Render the window once loaded into a PNG file and exit."),
                                               QStringLiteral("file"));
     const QCommandLineOption pageOption(QStringLiteral("page"),
-                                        QStringLiteral("Page of the employee the screenshot shows: properties, schedule, absences or cards."),
+                                        QStringLiteral("Page the screenshot shows: the employee's properties, schedule, absences or cards, or the search dialog."),
                                         QStringLiteral("page"), QStringLiteral("properties"));
     const QCommandLineOption langOption(QStringLiteral("lang"),
                                         QStringLiteral("Language of the window: ru or en (from the system locale when not given)."),
                                         QStringLiteral("lang"));
-    parser.addOptions({storeOption, generateOption, screenshotOption, pageOption, langOption});
+    const QCommandLineOption searchOption(QStringLiteral("search"),
+                                          QStringLiteral("Text the search dialog looks for by name (with --page search)."),
+                                          QStringLiteral("text"));
+    parser.addOptions({storeOption, generateOption, screenshotOption, pageOption, langOption, searchOption});
 
     // The options are read before a GUI exists, so that --help, --version
     // and a mistyped option answer on a machine without a display.
@@ -126,7 +130,8 @@ int main(int argc, char *argv[])
     }
 
     const QStringList pages{QStringLiteral("properties"), QStringLiteral("schedule"), QStringLiteral("absences"),
-                            QStringLiteral("cards")};
+                            QStringLiteral("cards"), QStringLiteral("search")};
+    const int searchPage = pages.indexOf(QStringLiteral("search"));
     const int page = pages.indexOf(parser.value(pageOption));
     if (page < 0)
         return fail(QApplication::translate("main", "--page ждет одно из: %1").arg(pages.join(QStringLiteral(", "))));
@@ -139,13 +144,17 @@ int main(int argc, char *argv[])
     // Before the window: its card widget lists the readers once, when made.
     StudioStartup::setUpCardReaders(path);
     MainWindow window(storage);
+    SearchPage::install(&window);
     window.show();
 
     if (parser.isSet(screenshotOption)) {
         const QString file = parser.value(screenshotOption);
         int result = 0;
         QTimer::singleShot(0, &window, [&] {
-            if (!StudioStartup::saveScreenshot(&window, file, &error, page))
+            const bool saved = page == searchPage
+                                   ? SearchPage::saveScreenshot(&window, parser.value(searchOption), file, &error)
+                                   : StudioStartup::saveScreenshot(&window, file, &error, page);
+            if (!saved)
                 result = fail(error);
             app.quit();
         });

@@ -1,4 +1,5 @@
 #include "sampleorganisation.h"
+#include "searchpage.h"
 
 #include <datanames.h>
 #include <dbparams.h>
@@ -320,6 +321,7 @@ private:
             o.setParameter(db::common::OBJECTSTATE, db::common::STATE_FIRED);
         if (m_rng.bounded(100) < 10)
             o.setParameter(db::worker::DESCRIPTION, QStringLiteral("Работает по совместительству"));
+        SearchPage::addSampleCustomParams(&o, index);
         return o;
     }
 

@@ -32,7 +32,7 @@
         <translation>Creation finished</translation>
     </message>
     <message>
-        <location line="+101"/>
+        <location line="+133"/>
         <source>Неизвестная ошибка</source>
         <translation>Unknown error</translation>
     </message>
@@ -224,20 +224,19 @@
         <translation>Write templates</translation>
     </message>
     <message>
-        <location filename="../src/cards/cardwidget.cpp" line="+76"/>
-        <location line="+213"/>
+        <location filename="../src/cards/cardwidget.cpp" line="+77"/>
+        <location line="+233"/>
         <source>Осталось %1 сек.</source>
         <translation>%1 s left</translation>
     </message>
     <message>
-        <location line="-144"/>
-        <location line="+87"/>
-        <location line="+137"/>
+        <location line="-151"/>
+        <location line="+85"/>
         <source>Нет подключенных считывателей</source>
         <translation>No readers connected</translation>
     </message>
     <message>
-        <location line="-221"/>
+        <location line="-82"/>
         <source>%1 (только номер карты)</source>
         <translation>%1 (card number only)</translation>
     </message>
@@ -252,7 +251,7 @@
         <translation>Profile %1</translation>
     </message>
     <message>
-        <location line="+70"/>
+        <location line="+77"/>
         <source>У сотрудника нет биометрических шаблонов</source>
         <translation>The employee has no biometric templates</translation>
     </message>
@@ -277,7 +276,7 @@
         <translation>not determined</translation>
     </message>
     <message>
-        <location line="+24"/>
+        <location line="+48"/>
         <source>Выбор шаблонов</source>
         <translation>Template selection</translation>
     </message>
@@ -292,12 +291,12 @@
         <translation>No template selected</translation>
     </message>
     <message>
-        <location line="+25"/>
+        <location line="+21"/>
         <source>Не удалось определить номер карты по ее идентификатору</source>
         <translation>Could not determine the card number from its identifier</translation>
     </message>
     <message>
-        <location line="+40"/>
+        <location line="+41"/>
         <source>Карта %1 уже выдана сотруднику.</source>
         <translation>Card %1 is already issued to the employee.</translation>
     </message>
@@ -422,7 +421,7 @@
 <context>
     <name>EmployeeCardsView</name>
     <message>
-        <location filename="../src/cards/employeecardsview.cpp" line="+101"/>
+        <location filename="../src/cards/employeecardsview.cpp" line="+104"/>
         <source>Выберите карту</source>
         <translation>Select a card</translation>
     </message>
@@ -2079,6 +2078,39 @@
     </message>
 </context>
 <context>
+    <name>SearchPage</name>
+    <message>
+        <location filename="../app/searchpage.cpp" line="+29"/>
+        <source>Сотрудник</source>
+        <translation>Employee</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Номер шкафчика</source>
+        <translation>Locker number</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Госномер автомобиля</source>
+        <translation>Car plate</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Размер обуви</source>
+        <translation>Shoe size</translation>
+    </message>
+    <message>
+        <location line="+26"/>
+        <source>Поиск сотрудника…</source>
+        <translation>Find employee…</translation>
+    </message>
+    <message>
+        <location line="+44"/>
+        <source>Не удалось сохранить снимок окна в %1</source>
+        <translation>Could not save the window picture to %1</translation>
+    </message>
+</context>
+<context>
     <name>SnilsEdit</name>
     <message>
         <location filename="../platform/nvwidgets/snilsedit.cpp" line="+36"/>
@@ -2214,7 +2246,7 @@
         <translation>Could not read the card identifier.</translation>
     </message>
     <message>
-        <location line="+122"/>
+        <location line="+124"/>
         <source>Идет чтение карты. Осталось %1 сек.</source>
         <translation>Reading the card. %1 s left.</translation>
     </message>
@@ -2255,17 +2287,17 @@
     </message>
     <message>
         <location line="+19"/>
-        <location line="+50"/>
+        <location line="+57"/>
         <source>Прочитан идентификатор карты</source>
         <translation>Card identifier read</translation>
     </message>
     <message>
-        <location line="-25"/>
+        <location line="-38"/>
         <source>Данные очищены.</source>
         <translation>The data has been cleared.</translation>
     </message>
     <message>
-        <location line="+19"/>
+        <location line="+32"/>
         <source>Слишком много данных для карты данного типа.</source>
         <translation>Too much data for a card of this type.</translation>
     </message>
@@ -2290,12 +2322,12 @@
         <translation>Updating the card&apos;s authorisation key</translation>
     </message>
     <message>
-        <location line="+61"/>
+        <location line="+55"/>
         <source>Данные записаны.</source>
         <translation>The data has been written.</translation>
     </message>
     <message>
-        <location line="+184"/>
+        <location line="+181"/>
         <source>Запись данных. %1 из %2</source>
         <translation>Writing data. %1 of %2</translation>
     </message>
@@ -2598,6 +2630,85 @@
     </message>
 </context>
 <context>
+    <name>WorkerSearchDialog</name>
+    <message>
+        <location filename="../src/search/workersearchdialog.ui" line="+6"/>
+        <source>Поиск</source>
+        <translation>Search</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Параметры поиска</source>
+        <translation>Search parameters</translation>
+    </message>
+    <message>
+        <location line="+14"/>
+        <location filename="../src/search/workersearchdialog.cpp" line="+674"/>
+        <source>%v сек</source>
+        <translation>%v s</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Считать</source>
+        <translation>Read</translation>
+    </message>
+    <message>
+        <location filename="../src/search/workersearchdialog.cpp" line="-487"/>
+        <source>Перейти</source>
+        <translation>Go to</translation>
+    </message>
+    <message>
+        <location line="+74"/>
+        <source>ФИО или табельный номер</source>
+        <translation>Full name or personnel number</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Номер карты</source>
+        <translation>Card number</translation>
+    </message>
+    <message>
+        <location line="+33"/>
+        <source>Нет подключенных считывателей</source>
+        <translation>No readers connected</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Выберите считыватель</source>
+        <translation>Choose a reader</translation>
+    </message>
+    <message>
+        <location line="+306"/>
+        <source>Считыватель занят или недоступен.</source>
+        <translation>The reader is busy or unavailable.</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Идет чтение карты...</source>
+        <translation>Reading the card...</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Чтение карты</source>
+        <translation>Reading the card</translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>Идет чтение карты. Осталось %1 сек.</source>
+        <translation>Reading the card. %1 s left.</translation>
+    </message>
+    <message>
+        <location line="+28"/>
+        <source>Время ожидания истекло.</source>
+        <translation>The wait has timed out.</translation>
+    </message>
+    <message>
+        <location line="+26"/>
+        <source>Номер прочитанной карты не распознан.</source>
+        <translation>The number of the card read was not recognized.</translation>
+    </message>
+</context>
+<context>
     <name>WorkerUniqueParamChecker</name>
     <message>
         <location filename="../src/workeruniqueparamchecker.cpp" line="+37"/>
@@ -2608,7 +2719,7 @@
 <context>
     <name>main</name>
     <message>
-        <location filename="../app/main.cpp" line="+123"/>
+        <location filename="../app/main.cpp" line="+127"/>
         <source>--generate ждет число сотрудников от 1 до 5000000</source>
         <translation>--generate expects a number of employees from 1 to 5000000</translation>
     </message>
@@ -2618,7 +2729,7 @@
         <translation>File %1 already exists: give another --store for a new store</translation>
     </message>
     <message>
-        <location line="+7"/>
+        <location line="+8"/>
         <source>--page ждет одно из: %1</source>
         <translation>--page expects one of: %1</translation>
     </message>
@@ -2639,7 +2750,7 @@
 <context>
     <name>nivaro::LocalStorage</name>
     <message>
-        <location filename="../platform/localstorage/localstorage.cpp" line="+700"/>
+        <location filename="../platform/localstorage/localstorage.cpp" line="+715"/>
         <source>Объект без идентификатора не может быть сохранен</source>
         <translation>An object without an ID cannot be saved</translation>
     </message>

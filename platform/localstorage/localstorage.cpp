@@ -87,6 +87,9 @@ public:
             absences.insert(worker.worker, worker);
     }
     QMultiHash<TYPE_ID, TYPE_ID> cardsByOwner;
+    QHash<QString, quint64> revisions;
+    quint64 lastRevision = 0;
+    void touch(const QString &dataname) { revisions.insert(dataname, ++lastRevision); }
     QHash<QString, TrieStatic<TYPE_ID>> indexes;
     ObjectTreeModel *tree = nullptr;
     QTimer *watch = nullptr;
@@ -178,10 +181,13 @@ public:
                 if (previous == CARD_DATANAME)
                     cardsByOwner.remove(cardOwner(*it), uid);
             }
-            if (previous != dataname)
+            if (previous != dataname) {
                 old.remove(uid);
+                touch(previous);
+            }
         }
         collections[dataname].replace(uid, object);
+        touch(dataname);
         datanameOf.insert(uid, dataname);
         if (dataname == CARD_DATANAME) {
             cardsByOwner.insert(cardOwner(object), uid);
@@ -217,6 +223,7 @@ public:
         if (name.isEmpty())
             return;
         const ObjectInfo object = collections[name].take(uid);
+        touch(name);
         unindexObject(name, object);
         if (name == CARD_DATANAME) {
             const TYPE_ID owner = cardOwner(object);
@@ -509,6 +516,11 @@ QString LocalStorage::dataname(TYPE_ID uid) const
     return d->datanameOf.value(uid);
 }
 
+quint64 LocalStorage::revision(const QString &dataname) const
+{
+    return d->revisions.value(dataname);
+}
+
 QByteArray LocalStorage::blob(TYPE_ID uid, const QString &key) const
 {
     return d->blobs.value(uid).value(key);
@@ -637,6 +649,9 @@ void LocalStorage::close()
     d->absences.clear();
     d->templates.clear();
     d->cardsByOwner.clear();
+    // Every collection has just changed, even one that stays empty.
+    for (auto it = d->revisions.begin(); it != d->revisions.end(); ++it)
+        *it = ++d->lastRevision;
     d->indexes.clear();
     d->tree->reset({});
 }
@@ -818,6 +833,7 @@ bool LocalStorage::setDbSettings(const ObjectInfo &settings, QString *error)
     for (TYPE_ID uid : old)
         d->datanameOf.remove(uid);
     d->collections[DB_DATANAME].clear();
+    d->touch(DB_DATANAME);
     d->place(DB_DATANAME, record);
     emit dataChanged(DB_DATANAME, {record.uid()});
     return true;

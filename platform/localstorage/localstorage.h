@@ -50,7 +50,12 @@ struct WorkerCalendar
  * GUI thread only, except that the const accessors may be read from one
  * background search while the GUI thread does not write. Taking in other
  * clients' writes is a write too: a host holds the watch back with
- * setWatching(false) while such a search runs.
+ * setWatching(false) while such a search runs. A search that must not hold
+ * writes back copies the collection on the GUI thread instead and reads
+ * the copy: collections and records share their data implicitly (atomic
+ * counts), and a write never changes shared data in place but detaches
+ * its own copy first, so the copy stays as it was (the employee search
+ * does so). revision() tells such a reader when its copy is out of date.
  */
 class LOCALSTORAGE_EXPORT LocalStorage : public QObject
 {
@@ -74,6 +79,10 @@ public:
     NVHash<TYPE_ID, ObjectInfo> objects(const QList<TYPE_ID> &uids) const;
     // The data name of the collection that holds uid; empty when none does.
     QString dataname(TYPE_ID uid) const;
+    // Changes whenever the collection does (and when the store is opened or
+    // closed), never going back to an earlier value: what a cache built
+    // from a collection compares to know it still holds.
+    quint64 revision(const QString &dataname) const;
 
     QByteArray blob(TYPE_ID uid, const QString &key) const;
     ObjectInfo dbSettings() const;

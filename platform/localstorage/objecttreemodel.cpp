@@ -145,6 +145,11 @@ TYPE_ID ObjectTreeModel::uid(const QModelIndex &index) const
     return index.isValid() ? nodeOf(index)->uid : 0;
 }
 
+QString ObjectTreeModel::sortKey(const QModelIndex &index) const
+{
+    return index.isValid() ? nodeOf(index)->sortKey : QString();
+}
+
 bool ObjectTreeModel::contains(TYPE_ID uid) const
 {
     return m_nodes.contains(uid);

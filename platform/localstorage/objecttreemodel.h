@@ -48,6 +48,9 @@ public:
 
     QModelIndex indexOf(TYPE_ID uid) const;
     TYPE_ID uid(const QModelIndex &index) const;
+    // What SortRole holds, without a QVariant: proxies sort thousands of
+    // rows by it.
+    QString sortKey(const QModelIndex &index) const;
     bool contains(TYPE_ID uid) const;
     // Every ancestor of uid up to the top, without uid itself.
     QSet<TYPE_ID> parentKeys(TYPE_ID uid) const;

@@ -97,7 +97,6 @@ class TestUSBCardReaderManager : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void readers();
     void startNeedsASmartCardReader_data();
     void startNeedsASmartCardReader();
     void readCard_data();
@@ -154,15 +153,6 @@ bool TestUSBCardReaderManager::run(int started, int expectedTicks)
     if (!QTest::qWaitFor([this] { return m_rec->events.contains(QStringLiteral("finished")); }, 15000))
         return false;
     return !m_manager->isBusy();
-}
-
-void TestUSBCardReaderManager::readers()
-{
-    const QList<ObjectInfo> readers = m_manager->readers();
-    QCOMPARE(readers.size(), 3);
-    QCOMPARE(readers.at(1).parameter(nvcm::NAME), QStringLiteral("Z-2 USB"));
-    QCOMPARE(readers.at(1).parameter(db::devices::TYPE), db::devices::cardreader::HID);
-    QCOMPARE(readers.at(2).parameter(db::devices::TYPE), db::devices::cardreader::SMARTCARD);
 }
 
 void TestUSBCardReaderManager::startNeedsASmartCardReader_data()

@@ -68,7 +68,6 @@ class TestProgressWizardPage : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void formAndDefaults();
     void noTasksFinishesAtOnce();
     void headStaysQueuedUntilReply();
     void objectAddedHandsTheUidOn();
@@ -89,21 +88,6 @@ private Q_SLOTS:
     void newWorkerPageNeedsItsParametersPage();
     void replySlotsThroughTheExecutor();
 };
-
-void TestProgressWizardPage::formAndDefaults()
-{
-    BaseProgressWizardPage page;
-    QCOMPARE(page.windowTitle(), QStringLiteral("WizardPage"));
-    QCOMPARE(page.size(), QSize(537, 389));
-    auto *bar = page.findChild<NVProgressBar *>(QStringLiteral("progressBar"));
-    QVERIFY(bar);
-    QCOMPARE(bar->maximum(), 0);
-    QCOMPARE(bar->format(), QStringLiteral("%p%"));
-    QVERIFY(page.findChild<QTextBrowser *>(QStringLiteral("logView"))->isReadOnly());
-    QCOMPARE(page.finishMessage(), QStringLiteral("Создание завершено"));
-    QCOMPARE(page.errorHandlingPolicy(), BaseProgressWizardPage::StopOnFailure);
-    QCOMPARE(NewWorkerProgressWizardPage().title(), QStringLiteral("Сохранение"));
-}
 
 void TestProgressWizardPage::noTasksFinishesAtOnce()
 {

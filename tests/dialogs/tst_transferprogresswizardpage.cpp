@@ -149,9 +149,6 @@ void TestTransferProgressWizardPage::firstFailureEndsTheRun()
     page.setTransfer({101, 102, 103}, 21);
     page.initializePage();
     QCOMPARE(sent.size(), 1);
-    QCOMPARE(sent.at(0).slot, QStringLiteral("save"));
-    QCOMPARE(sent.at(0).params.value(QStringLiteral("parent")).toUInt(), 21u);
-    QCOMPARE(sent.at(0).widget.data(), &page);
 
     page.save(101);
     QCOMPARE(sent.size(), 2); // the next goes out only after the reply

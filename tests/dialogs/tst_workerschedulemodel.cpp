@@ -370,19 +370,6 @@ void TestWorkerScheduleModel::lookUpsKeptAsTheyWere()
     // An invalid date matches the first cell holding no date: a year cell.
     QCOMPARE(m_model->indexByDate(QDate()), m_model->index(0, 1));
 
-    // Built twice, a month is found in its first row.
-    m_model->setInterval(QDate(2024, 1, 1), QDate(2024, 1, 1));
-    QCOMPARE(m_model->rowCount(), 26);
-    QCOMPARE(m_model->indexByDate(may(6)), m_model->index(5, 8));
-    QCOMPARE(m_model->intervalStart(), QDate(2024, 1, 1));
-    QCOMPARE(m_model->intervalEnd(), QDate(2024, 1, 1));
-
-    // Rows taken out by someone else: the look-up follows.
-    m_model->removeRows(0, 13);
-    QCOMPARE(m_model->indexByDate(may(6)), m_model->index(5, 8));
-    m_model->removeRows(0, 13);
-    QVERIFY(!m_model->indexByDate(may(6)).isValid());
-
     WorkerScheduleModel reversed;
     reversed.setInterval(QDate(2025, 1, 1), QDate(2024, 1, 1));
     QCOMPARE(reversed.rowCount(), 0);

@@ -14,10 +14,8 @@ class Receiver : public QObject
     Q_OBJECT
 public:
     QList<unsigned int> saved;
-    QList<unsigned int> cards;
 public Q_SLOTS:
     void savedSlot(unsigned int uid) { saved.append(uid); }
-    void saveCards(unsigned int uid, const QString &) { cards.append(uid); }
 };
 
 namespace {
@@ -52,7 +50,6 @@ private Q_SLOTS:
     void parentMovesOnlyWhenTheTaskMovesIt_data();
     void parentMovesOnlyWhenTheTaskMovesIt();
     void photosGoToBlobs();
-    void slotWithTextArgument();
     void deletesOnlyEmptyObjects();
     void receiverDestroyedWhileTaskIsOut();
     void createsCards_data();
@@ -216,14 +213,6 @@ void TestTaskExecutor::deletesOnlyEmptyObjects()
     QVERIFY(store->open(file));
     QVERIFY(!store->constObject(100));
     QVERIFY(!store->constObject(20));
-}
-
-void TestTaskExecutor::slotWithTextArgument()
-{
-    TaskExecutor executor(LocalStorage::instance());
-    Receiver receiver;
-    executor.execute(saveTask(&receiver, 100, OT_WORKER, {}, QStringLiteral("saveCards")));
-    QTRY_COMPARE(receiver.cards, QList<unsigned int>{100});
 }
 
 void TestTaskExecutor::receiverDestroyedWhileTaskIsOut()

@@ -449,20 +449,30 @@ ObjectInfo USBCardReaderManagerPrivate::doWriteData(const QByteArray &data)
     return card;
 }
 
+// The steps both writes take before they build their block from the card:
+// wait for it, read it, and note its type name and write capability.
+bool USBCardReaderManagerPrivate::cardForWrite(const char *tag, nvcm::SCardInfo &info, ObjectInfo &card)
+{
+    const nvcm::ReaderInfo reader = readerInfos.value(currentReader);
+    if (!waitCard(reader))
+        return false;
+    CARD_DEBUG << QByteArray(QByteArray(tag) + ": card exists, then get card").constData();
+    if (!readCardInfo(reader, info))
+        return false;
+    CARD_DEBUG << QByteArray(QByteArray(tag) + ": card exists, then get card type name").constData();
+    card = cardRecord(info);
+    updateReader(reader, &card);
+    return true;
+}
+
 ObjectInfo USBCardReaderManagerPrivate::doWriteData_v2(const QList<nivaro::_TEMPLATE_DATA> &templates,
                                                        const QByteArray &extra)
 {
     CARD_DEBUG << "DO WRITE DATA V2";
-    const nvcm::ReaderInfo reader = readerInfos.value(currentReader);
-    if (!waitCard(reader))
-        return ObjectInfo();
-    CARD_DEBUG << "DO WRITE DATA V2: card exists, then get card";
     nvcm::SCardInfo info;
-    if (!readCardInfo(reader, info))
+    ObjectInfo card;
+    if (!cardForWrite("DO WRITE DATA V2", info, card))
         return ObjectInfo();
-    CARD_DEBUG << "DO WRITE DATA V2: card exists, then get card type name";
-    ObjectInfo card = cardRecord(info);
-    updateReader(reader, &card);
     const quint64 uid = uidNumber(info.uid);
     CARD_DEBUG << "DO WRITE DATA V2: card uid" << card.parameter(nvcm::UID) << uid;
     return doWriteData(prepareData_v2(templates, uid, extra));
@@ -471,16 +481,10 @@ ObjectInfo USBCardReaderManagerPrivate::doWriteData_v2(const QList<nivaro::_TEMP
 ObjectInfo USBCardReaderManagerPrivate::doWriteCardUID()
 {
     CARD_DEBUG << "DO WRITE CARD UID";
-    const nvcm::ReaderInfo reader = readerInfos.value(currentReader);
-    if (!waitCard(reader))
-        return ObjectInfo();
-    CARD_DEBUG << "DO WRITE CARD UID: card exists, then get card";
     nvcm::SCardInfo info;
-    if (!readCardInfo(reader, info))
+    ObjectInfo card;
+    if (!cardForWrite("DO WRITE CARD UID", info, card))
         return ObjectInfo();
-    CARD_DEBUG << "DO WRITE CARD UID: card exists, then get card type name";
-    ObjectInfo card = cardRecord(info);
-    updateReader(reader, &card);
 
     // The identifier the card widget put into its card object: the
     // employee's card UID as the terminals look it up.

@@ -92,6 +92,7 @@ private:
     void failAndClose(const nvcm::ReaderInfo &reader, const QString &text);
     bool finishOperation();
     void finishWithCard(const QString &doneText);
+    bool cardForWrite(const char *tag, nvcm::SCardInfo &info, nivaro::ObjectInfo &card);
 };
 
 #endif

@@ -224,19 +224,19 @@
         <translation>Write templates</translation>
     </message>
     <message>
-        <location filename="../src/cards/cardwidget.cpp" line="+77"/>
-        <location line="+233"/>
+        <location filename="../src/cards/cardwidget.cpp" line="+78"/>
+        <location line="+240"/>
         <source>Осталось %1 сек.</source>
         <translation>%1 s left</translation>
     </message>
     <message>
-        <location line="-151"/>
-        <location line="+85"/>
+        <location line="-158"/>
+        <location line="+92"/>
         <source>Нет подключенных считывателей</source>
         <translation>No readers connected</translation>
     </message>
     <message>
-        <location line="-82"/>
+        <location line="-89"/>
         <source>%1 (только номер карты)</source>
         <translation>%1 (card number only)</translation>
     </message>
@@ -251,7 +251,12 @@
         <translation>Profile %1</translation>
     </message>
     <message>
-        <location line="+77"/>
+        <location line="+35"/>
+        <source>Только чтение: %1</source>
+        <translation>Read only: %1</translation>
+    </message>
+    <message>
+        <location line="+49"/>
         <source>У сотрудника нет биометрических шаблонов</source>
         <translation>The employee has no biometric templates</translation>
     </message>
@@ -2322,7 +2327,7 @@
         <translation>Updating the card&apos;s authorisation key</translation>
     </message>
     <message>
-        <location line="+55"/>
+        <location line="+59"/>
         <source>Данные записаны.</source>
         <translation>The data has been written.</translation>
     </message>

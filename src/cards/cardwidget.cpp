@@ -17,6 +17,7 @@
 #include <QDebug>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -218,9 +219,16 @@ void CardWidget::updateActions()
     ui->cbReader->setEnabled(idle && hasReader);
     ui->cbProfile->setEnabled(idle);
     ui->pbRead->setEnabled(idle && hasReader);
-    ui->pbFormat->setEnabled(idle && hasReader);
-    ui->pbWriteUid->setEnabled(idle && hasReader && m_worker != 0);
-    ui->pbWriteTemplates->setEnabled(idle && hasReader && m_worker != 0);
+    // A card whose keys or data change must be recorded as the employee's:
+    // on a store that cannot take the record, nothing is written to cards.
+    const LocalStorage *store = LocalStorage::instance();
+    const bool recordable = !store->isReadOnly();
+    ui->pbFormat->setEnabled(idle && hasReader && recordable);
+    ui->pbWriteUid->setEnabled(idle && hasReader && recordable && m_worker != 0);
+    ui->pbWriteTemplates->setEnabled(idle && hasReader && recordable && m_worker != 0);
+    const QString why = recordable ? QString() : tr("Только чтение: %1").arg(store->readOnlyReason());
+    for (QPushButton *button : {ui->pbFormat, ui->pbWriteUid, ui->pbWriteTemplates})
+        button->setToolTip(why);
 }
 
 void CardWidget::setBusy(bool busy)

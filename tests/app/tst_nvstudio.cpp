@@ -428,6 +428,15 @@ void TestNvStudio::readOnlyStoreEditsNothing()
     };
     window.offerInterruptedRuns();
     QCOMPARE(asked, 0);
+
+    // Nor is anything written to a card whose record could not be kept.
+    window.selectUids({uids.first()});
+    auto *cards = window.findChild<CardWidget *>();
+    QVERIFY(cards);
+    for (const char *name : {"pbFormat", "pbWriteUid", "pbWriteTemplates"}) {
+        auto *button = cards->findChild<QPushButton *>(QLatin1String(name));
+        QVERIFY2(!button->isEnabled() && button->toolTip().contains(reason), name);
+    }
 }
 
 void TestNvStudio::calendarPagesFollowOneEmployee()

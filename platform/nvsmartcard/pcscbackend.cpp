@@ -5,11 +5,14 @@
 
 #include <dbparams.h>
 
+#include <QDeadlineTimer>
 #include <QHash>
 #include <QMutex>
 #include <QMutexLocker>
 
 #include <winscard.h>
+
+#include <algorithm>
 
 namespace nvsmartcard {
 
@@ -280,7 +283,8 @@ struct PcscBackend::Private
         if (payload.size() > length)
             return nvcm::TooMuchData;
         // Blocks are written whole; the rest of the last one is zero.
-        payload.resize((payload.size() + BlockSize - 1) / BlockSize * BlockSize);
+        // (QByteArray::resize() would leave the new bytes uninitialised.)
+        payload.append(QByteArray((BlockSize - payload.size() % BlockSize) % BlockSize, '\0'));
         const int first = offset / BlockSize;
         const int total = payload.size() / BlockSize;
         for (int i = 0; i < total; ++i) {
@@ -585,7 +589,7 @@ int PcscBackend::updateKeys(const nvcm::ReaderInfo &reader, const nvsc::SmartCar
     return nvcm::OK;
 }
 
-int PcscBackend::waitForCard(const nvcm::ReaderInfo &reader, int timeoutMs)
+int PcscBackend::waitForCard(const nvcm::ReaderInfo &reader, int timeoutMs, bool present)
 {
     QMutexLocker locker(&d->waitMutex);
     if (!Private::ensure(d->waitContext))
@@ -595,13 +599,16 @@ int PcscBackend::waitForCard(const nvcm::ReaderInfo &reader, int timeoutMs)
     state.szReader = name.constData();
     state.dwCurrentState = SCARD_STATE_UNAWARE;
     SCARDCONTEXT context = d->waitContext;
+    const QDeadlineTimer deadline(timeoutMs);
     locker.unlock(); // cancelWaits() takes the mutex only to read the context
     LONG rv = SCardGetStatusChange(context, 0, &state, 1);
-    while (rv == SCARD_S_SUCCESS && !(state.dwEventState & SCARD_STATE_PRESENT)) {
+    while (rv == SCARD_S_SUCCESS && bool(state.dwEventState & SCARD_STATE_PRESENT) != present) {
         if (state.dwEventState & (SCARD_STATE_UNKNOWN | SCARD_STATE_UNAVAILABLE))
             return nvcm::NoReader;
-        state.dwCurrentState = state.dwEventState;
-        rv = SCardGetStatusChange(context, DWORD(timeoutMs), &state, 1);
+        if (deadline.hasExpired())
+            return nvcm::NoCard;
+        state.dwCurrentState = state.dwEventState & ~DWORD(SCARD_STATE_CHANGED);
+        rv = SCardGetStatusChange(context, DWORD(std::max<qint64>(1, deadline.remainingTime())), &state, 1);
     }
     if (rv == SCARD_S_SUCCESS)
         return nvcm::OK;

@@ -43,9 +43,10 @@ public:
                  QByteArray &data) override;
     int updateKeys(const nvcm::ReaderInfo &reader, const nvsc::SmartCardSettings &settings) override;
 
-    // Blocks until a card lies on the reader (OK), the time runs out or
-    // cancelWaits() is called (NoCard), or the reader is gone (NoReader).
-    int waitForCard(const nvcm::ReaderInfo &reader, int timeoutMs);
+    // Blocks until a card lies on the reader (or, with present false, until
+    // none does): OK; NoCard when the time runs out or cancelWaits() is
+    // called; NoReader when the reader is gone.
+    int waitForCard(const nvcm::ReaderInfo &reader, int timeoutMs, bool present = true);
     void cancelWaits();
 
     // Sends one APDU in the open session; the answer includes SW1 SW2.

@@ -146,7 +146,7 @@ private:
     bool putCard(const QStringList &args);
     bool takeCard();
     bool run(int started);
-    static void addSizes();
+    static void addSizes(bool rows = true);
 
     QTemporaryDir m_dir;
     std::shared_ptr<PcscBackend> m_backend;
@@ -209,24 +209,33 @@ bool TestUSBCardReaderManagerPcsc::run(int started)
     return !m_manager->isBusy();
 }
 
-void TestUSBCardReaderManagerPcsc::addSizes()
+void TestUSBCardReaderManagerPcsc::addSizes(bool rows)
 {
     QTest::addColumn<QString>("size");
     QTest::addColumn<int>("memSize");
+    if (!rows)
+        return;
     QTest::newRow("classic 1K") << QStringLiteral("1k") << 1024;
     QTest::newRow("classic 4K") << QStringLiteral("4k") << 4096;
 }
 
 void TestUSBCardReaderManagerPcsc::readCard_data()
 {
-    addSizes();
+    addSizes(false);
+    QTest::addColumn<QStringList>("extra");
+    QTest::newRow("classic 1K") << QStringLiteral("1k") << 1024 << QStringList();
+    QTest::newRow("classic 4K") << QStringLiteral("4k") << 4096 << QStringList();
+    // A card that answers late is waited for, not given up on.
+    QTest::newRow("slow classic 1K") << QStringLiteral("1k") << 1024
+                                     << QStringList{QStringLiteral("--delay"), QStringLiteral("300")};
 }
 
 void TestUSBCardReaderManagerPcsc::readCard()
 {
     QFETCH(QString, size);
     QFETCH(int, memSize);
-    QVERIFY(putCard({QStringLiteral("--type"), size, QStringLiteral("--uid"), UidHex}));
+    QFETCH(QStringList, extra);
+    QVERIFY(putCard(QStringList{QStringLiteral("--type"), size, QStringLiteral("--uid"), UidHex} + extra));
     QVERIFY(run(m_manager->getCard(Reader)));
     QVERIFY2(m_rec->events.contains(QStringLiteral("card")), qPrintable(m_rec->events.join(QLatin1Char('|'))));
     const ObjectInfo card = m_rec->cards.first();

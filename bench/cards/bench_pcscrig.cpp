@@ -21,12 +21,15 @@ struct Rig
 
     Rig()
     {
-        const QList<nvcm::ReaderInfo> readers = backend->listReaders();
-        if (readers.isEmpty()) {
-            error = QStringLiteral("no reader: run under scripts/pcsc-rig");
+        for (const nvcm::ReaderInfo &r : backend->listReaders()) {
+            // vpcd's first slot: the one whose port the emulator plugs into.
+            if (r.id.startsWith(QStringLiteral("Virtual PCD")) && !reader.isValid())
+                reader = r;
+        }
+        if (!reader.isValid()) {
+            error = QStringLiteral("no virtual reader: run under scripts/pcsc-rig");
             return;
         }
-        reader = readers.first();
         card.start(QStringLiteral(CARDEMU_PATH), {QStringLiteral("--type"), QStringLiteral("1k")});
         if (!card.waitForStarted() || backend->waitForCard(reader, 10000) != nvcm::OK
             || backend->openDevice(reader) != nvcm::OK) {

@@ -163,7 +163,8 @@ void TestUSBCardReaderManagerPcsc::initTestCase()
     if (readers.isEmpty())
         QFAIL("pcscd lists no reader: run this test under scripts/pcsc-rig");
     m_reader = readers.first();
-    QVERIFY2(m_reader.id.startsWith(QStringLiteral("Virtual PCD")),
+    // vpcd offers two slots; the emulator plugs into the first one's port.
+    QVERIFY2(m_reader.id == QStringLiteral("Virtual PCD 00 00"),
              qPrintable(QStringLiteral("the first reader is %1, not the rig's virtual one").arg(m_reader.id)));
     QVERIFY2(m_backend->waitForCard(m_reader, CardWaitMs, false) == nvcm::OK, "a card is already on the virtual reader");
 }

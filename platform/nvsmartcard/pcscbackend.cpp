@@ -203,6 +203,20 @@ struct PcscBackend::Private
         return nvcm::OK;
     }
 
+    int reactivate(Session &s)
+    {
+        s.authSector = -1;
+        const LONG rv = SCardReconnect(s.handle, SCARD_SHARE_SHARED, SCARD_PROTOCOL_T0 | SCARD_PROTOCOL_T1,
+                                       SCARD_RESET_CARD, &s.protocol);
+        if (rv == SCARD_S_SUCCESS)
+            return nvcm::OK;
+        qCDebug(lcSmartCard) << "pcsc: reselecting the card:" << pcscError(rv);
+        if (readerGone(rv))
+            return nvcm::NoReader;
+        s.gone = true;
+        return nvcm::RemoveCard;
+    }
+
     int ensureSector(Session &s, int block)
     {
         if (s.authSector == sectorOf(block))
@@ -469,8 +483,13 @@ int PcscBackend::authorize(const nvcm::ReaderInfo &reader, const nvsc::SmartCard
     const int block = blockOfDataIndex(offset / BlockSize);
     for (const Candidate &c : candidates(base)) {
         const int code = d->authenticate(*s, c, block);
-        if (code == nvcm::AuthError)
+        if (code == nvcm::AuthError) {
+            // A Classic card halts after a refused key and ignores the
+            // next one until it is selected again.
+            if (const int reset = d->reactivate(*s); reset != nvcm::OK)
+                return reset;
             continue;
+        }
         if (code != nvcm::OK)
             return code;
         s->authorised = true;

@@ -4,18 +4,20 @@
 
 using nvsmartcard::PcscBackend;
 
-// A trailer written with broken access bits locks its sector for good, so
-// the encoding is checked over every combination the profile can give.
-class TestPcscAccess : public QObject
+// What of the PC/SC backend needs no pcscd. A trailer written with broken
+// access bits locks its sector for good, so the encoding is checked over
+// every combination the profile can give.
+class TestPcscBackend : public QObject
 {
     Q_OBJECT
 
 private slots:
     void everyConditionRoundTrips();
     void factoryAndRejected();
+    void chosenByEnvironment();
 };
 
-void TestPcscAccess::everyConditionRoundTrips()
+void TestPcscBackend::everyConditionRoundTrips()
 {
     for (int code = 0; code < 8 * 8 * 8 * 8; ++code) {
         const QVector<quint8> groups{quint8(code & 7), quint8((code >> 3) & 7), quint8((code >> 6) & 7),
@@ -36,7 +38,7 @@ void TestPcscAccess::everyConditionRoundTrips()
     }
 }
 
-void TestPcscAccess::factoryAndRejected()
+void TestPcscBackend::factoryAndRejected()
 {
     QCOMPARE(PcscBackend::accessBytes({}).toHex(), QByteArray("ff078069"));
     QCOMPARE(PcscBackend::accessBytes({0, 0, 0, 1}).toHex(), QByteArray("ff078069"));
@@ -44,5 +46,14 @@ void TestPcscAccess::factoryAndRejected()
     QVERIFY(PcscBackend::accessBytes({0, 0, 0, 8}).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TestPcscAccess)
-#include "tst_pcscaccess.moc"
+void TestPcscBackend::chosenByEnvironment()
+{
+    qputenv("NV_CARD_BACKEND", " PCSC ");
+    nvsmartcard::setDefaultBackend(nullptr);
+    QCOMPARE(nvsmartcard::defaultBackend()->backendName(), QStringLiteral("pcsc"));
+    qunsetenv("NV_CARD_BACKEND");
+    nvsmartcard::setDefaultBackend(nullptr);
+}
+
+QTEST_GUILESS_MAIN(TestPcscBackend)
+#include "tst_pcscbackend.moc"

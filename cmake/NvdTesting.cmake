@@ -1,14 +1,15 @@
-# nvd_add_test(<name> SOURCES ... LIBS ...)
+# nvd_add_test(<name> SOURCES ... LIBS ... [WRAPPER cmd...])
 # A Qt Test program registered with CTest, run on the offscreen platform
 # with a pinned locale and its own settings/data folders, so that results
-# do not depend on the machine or on the other tests.
+# do not depend on the machine or on the other tests. WRAPPER runs the
+# program under a command that sets up what it talks to (scripts/pcsc-rig).
 function(nvd_add_test name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;WRAPPER" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE Qt5::Test ${ARG_LIBS})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/common)
     nvd_add_sanitizer_hooks(${name})
-    add_test(NAME ${name} COMMAND ${name})
+    add_test(NAME ${name} COMMAND ${ARG_WRAPPER} $<TARGET_FILE:${name}>)
     set(_home ${CMAKE_BINARY_DIR}/testhome/${name})
     set_tests_properties(${name} PROPERTIES
         TIMEOUT 300

@@ -1,6 +1,9 @@
 #include "readerbackend.h"
 #include "nvsmartcardlog_p.h"
 #include "simulatedbackend.h"
+#ifdef NVD_HAVE_PCSC
+#include "pcscbackend.h"
+#endif
 
 #include <QMutex>
 #include <QMutexLocker>
@@ -25,12 +28,16 @@ std::shared_ptr<ReaderBackend> &chosenBackend()
     return backend;
 }
 
-// The PC/SC backend plugs in here once it is built; until then asking for
-// it falls back to the simulated readers with a warning, so a host started
-// with NV_CARD_BACKEND=pcsc still comes up.
+// Where the PC/SC backend is not built, asking for it falls back to the
+// simulated readers with a warning, so a host started with
+// NV_CARD_BACKEND=pcsc still comes up.
 std::shared_ptr<ReaderBackend> createPcscBackend()
 {
+#ifdef NVD_HAVE_PCSC
+    return std::make_shared<PcscBackend>();
+#else
     return nullptr;
+#endif
 }
 
 std::shared_ptr<ReaderBackend> backendFromEnvironment()

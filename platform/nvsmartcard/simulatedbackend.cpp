@@ -703,7 +703,8 @@ int SimulatedBackend::writeChunks(const nvcm::ReaderInfo &reader, const QString 
         if (isBlockCard(*r->card)) {
             // A block is always written whole; the rest of the last one is
             // zero, as formatting left it.
-            payload.resize((payload.size() + BlockSize - 1) / BlockSize * BlockSize);
+            // (QByteArray::resize() would leave the new bytes uninitialised.)
+            payload.append(QByteArray((BlockSize - payload.size() % BlockSize) % BlockSize, '\0'));
         } else {
             chunk = DesfireFrame;
         }

@@ -1,0 +1,380 @@
+// The card reader manager on a real PC/SC stack: pcscd with the virtual
+// reader (run under scripts/pcsc-rig) and our Classic card emulator on it.
+#include <usbcardreadermanager.h>
+
+#include <cardblocks_p.h>
+
+#include <datanames.h>
+#include <dbparams.h>
+#include <localstorage.h>
+#include <objecttypes.h>
+
+#include <cardlayout.h>
+#include <nvsmartcardtypes.h>
+#include <pcscbackend.h>
+
+#include <QtTest>
+
+using namespace nivaro;
+using nvsmartcard::PcscBackend;
+
+namespace {
+
+const QString RemoveCardText = QStringLiteral("Ошибка. Уберите карту со считывателя и повторите операцию.");
+const QString ReadErrorText = QStringLiteral("Ошибка чтения идентификатора карты.");
+const QString AuthFailedText = QStringLiteral("Авторизация на карте не удалась. Выберите другой профиль карты.");
+const QString WrittenText = QStringLiteral("message:Данные записаны.");
+const QString FormattedText = QStringLiteral("message:Данные очищены.");
+
+constexpr quint32 Reader = 0;
+constexpr int CardWaitMs = 10000;
+const QString UidHex = QStringLiteral("C0DE1234");
+
+// The emulated card: a child process connected to the virtual reader.
+// Its memory comes back through the dump file it rewrites on every write.
+class Emulator
+{
+public:
+    explicit Emulator(const QString &dumpPath) : m_dump(dumpPath) {}
+    ~Emulator() { stop(); }
+
+    bool start(const QStringList &args)
+    {
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start(QStringLiteral(CARDEMU_PATH), args + QStringList{QStringLiteral("--dump"), m_dump});
+        return m_process.waitForStarted(CardWaitMs);
+    }
+    void stop()
+    {
+        if (m_process.state() == QProcess::NotRunning)
+            return;
+        m_process.terminate();
+        if (!m_process.waitForFinished(CardWaitMs))
+            m_process.kill();
+        m_process.waitForFinished(CardWaitMs);
+    }
+    bool running() const { return m_process.state() != QProcess::NotRunning; }
+    QByteArray memory() const
+    {
+        QFile file(m_dump);
+        return file.open(QIODevice::ReadOnly) ? QByteArray::fromHex(file.readAll().trimmed()) : QByteArray();
+    }
+    const QString &dumpPath() const { return m_dump; }
+
+private:
+    QString m_dump;
+    QProcess m_process;
+};
+
+// User data as the card's data blocks hold it, block 0 and trailers left out.
+QByteArray userData(const QByteArray &memory)
+{
+    QByteArray data;
+    for (int block = 1; block < memory.size() / nvsmartcard::CardBlockSize; ++block) {
+        if (!nvsmartcard::isSectorTrailer(block))
+            data += memory.mid(block * nvsmartcard::CardBlockSize, nvsmartcard::CardBlockSize);
+    }
+    return data;
+}
+
+QByteArray trailerOf(const QByteArray &memory, int block)
+{
+    return memory.mid(block * nvsmartcard::CardBlockSize, nvsmartcard::CardBlockSize);
+}
+
+QList<int> trailers(int memSize)
+{
+    QList<int> list;
+    for (int block = 0; block < memSize / nvsmartcard::CardBlockSize; ++block) {
+        if (nvsmartcard::isSectorTrailer(block))
+            list << block;
+    }
+    return list;
+}
+
+ObjectInfo storedProfile(TYPE_ID uid, const QString &key)
+{
+    return ObjectInfo(uid, OT_SMARTCARD_PROFILE,
+                      {{db::scardprofile::common::NAME, QStringLiteral("profile %1").arg(uid)},
+                       {db::scardprofile::mfclassic::KEY_A, key},
+                       {db::scardprofile::mfclassic::KEY_B, key}});
+}
+
+class Recorder : public QObject
+{
+public:
+    explicit Recorder(USBCardReaderManager *m)
+    {
+        connect(m, &USBCardReaderManager::tickMessage, this, [this](const QString &text) {
+            if (text.startsWith(QStringLiteral("Запись данных. ")) && text != QStringLiteral("Запись данных. Ожидайте..."))
+                ++progressLines;
+        });
+        connect(m, &USBCardReaderManager::message, this, [this](const QString &t) { events << QStringLiteral("message:") + t; });
+        connect(m, &USBCardReaderManager::error, this, [this](const QString &t) { events << QStringLiteral("error:") + t; });
+        connect(m, &USBCardReaderManager::cardReadDelay, this, [this](const ObjectInfo &card) {
+            events << QStringLiteral("card");
+            cards << card;
+        });
+        connect(m, &USBCardReaderManager::finished, this, [this] { events << QStringLiteral("finished"); });
+    }
+    QStringList events;
+    QList<ObjectInfo> cards;
+    int progressLines = 0;
+};
+
+} // namespace
+
+class TestUSBCardReaderManagerPcsc : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void readCard_data();
+    void readCard();
+    void formatAndWriteUid_data();
+    void formatAndWriteUid();
+    void templatesV1_data();
+    void templatesV1();
+    void newKeysAreNeededAfterwards_data();
+    void newKeysAreNeededAfterwards();
+    void cardPulledMidWrite();
+    void readWithoutCard();
+
+private:
+    bool putCard(const QStringList &args);
+    bool takeCard();
+    bool run(int started);
+    static void addSizes(bool rows = true);
+
+    QTemporaryDir m_dir;
+    std::shared_ptr<PcscBackend> m_backend;
+    nvcm::ReaderInfo m_reader;
+    std::unique_ptr<Emulator> m_card;
+    USBCardReaderManager *m_manager = nullptr;
+    Recorder *m_rec = nullptr;
+};
+
+void TestUSBCardReaderManagerPcsc::initTestCase()
+{
+    m_backend = std::make_shared<PcscBackend>();
+    const QList<nvcm::ReaderInfo> readers = m_backend->listReaders();
+    if (readers.isEmpty())
+        QFAIL("pcscd lists no reader: run this test under scripts/pcsc-rig");
+    m_reader = readers.first();
+    // vpcd offers two slots; the emulator plugs into the first one's port.
+    QVERIFY2(m_reader.id == QStringLiteral("Virtual PCD 00 00"),
+             qPrintable(QStringLiteral("the first reader is %1, not the rig's virtual one").arg(m_reader.id)));
+    QVERIFY2(m_backend->waitForCard(m_reader, CardWaitMs, false) == nvcm::OK, "a card is already on the virtual reader");
+}
+
+void TestUSBCardReaderManagerPcsc::init()
+{
+    LocalStorage::instance()->close();
+    nvsmartcard::setDefaultBackend(m_backend);
+    m_card = std::make_unique<Emulator>(m_dir.filePath(QStringLiteral("card.hex")));
+    m_manager = new USBCardReaderManager;
+    m_rec = new Recorder(m_manager);
+}
+
+void TestUSBCardReaderManagerPcsc::cleanup()
+{
+    delete m_rec;
+    delete m_manager;
+    m_manager = nullptr;
+    QVERIFY(takeCard());
+    nvsmartcard::setDefaultBackend(nullptr);
+    LocalStorage::instance()->close();
+}
+
+// The card lies on the reader once pcscd has seen it, so the manager's
+// first attempt already finds it.
+bool TestUSBCardReaderManagerPcsc::putCard(const QStringList &args)
+{
+    return m_card->start(args) && m_backend->waitForCard(m_reader, CardWaitMs) == nvcm::OK;
+}
+
+bool TestUSBCardReaderManagerPcsc::takeCard()
+{
+    m_card->stop();
+    return m_backend->waitForCard(m_reader, CardWaitMs, false) == nvcm::OK;
+}
+
+bool TestUSBCardReaderManagerPcsc::run(int started)
+{
+    if (started <= 0 || !m_manager->isBusy())
+        return false;
+    if (!QTest::qWaitFor([this] { return m_rec->events.contains(QStringLiteral("finished")); }, 60000))
+        return false;
+    return !m_manager->isBusy();
+}
+
+void TestUSBCardReaderManagerPcsc::addSizes(bool rows)
+{
+    QTest::addColumn<QString>("size");
+    QTest::addColumn<int>("memSize");
+    if (!rows)
+        return;
+    QTest::newRow("classic 1K") << QStringLiteral("1k") << 1024;
+    QTest::newRow("classic 4K") << QStringLiteral("4k") << 4096;
+}
+
+void TestUSBCardReaderManagerPcsc::readCard_data()
+{
+    addSizes(false);
+    QTest::addColumn<QStringList>("extra");
+    QTest::newRow("classic 1K") << QStringLiteral("1k") << 1024 << QStringList();
+    QTest::newRow("classic 4K") << QStringLiteral("4k") << 4096 << QStringList();
+    // A card that answers late is waited for, not given up on.
+    QTest::newRow("slow classic 1K") << QStringLiteral("1k") << 1024
+                                     << QStringList{QStringLiteral("--delay"), QStringLiteral("300")};
+}
+
+void TestUSBCardReaderManagerPcsc::readCard()
+{
+    QFETCH(QString, size);
+    QFETCH(int, memSize);
+    QFETCH(QStringList, extra);
+    QVERIFY(putCard(QStringList{QStringLiteral("--type"), size, QStringLiteral("--uid"), UidHex} + extra));
+    QVERIFY(run(m_manager->getCard(Reader)));
+    QVERIFY2(m_rec->events.contains(QStringLiteral("card")), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    const ObjectInfo card = m_rec->cards.first();
+    QCOMPARE(card.parameter(nvcm::UID), UidHex);
+    QCOMPARE(card.parameter(nvcm::TYPE), QStringLiteral("1"));
+    QCOMPARE(card.parameter(nvcm::MEM_SIZE).toInt(), memSize);
+    QVERIFY(!m_backend->isOpened(m_reader));
+}
+
+void TestUSBCardReaderManagerPcsc::formatAndWriteUid_data()
+{
+    addSizes();
+}
+
+void TestUSBCardReaderManagerPcsc::formatAndWriteUid()
+{
+    QFETCH(QString, size);
+    QFETCH(int, memSize);
+    QVERIFY(putCard({QStringLiteral("--type"), size, QStringLiteral("--uid"), UidHex}));
+    // Leftovers of an earlier owner: formatting has to clear them.
+    QVERIFY(run(m_manager->writeWorkerTemplates_v2(Reader, {}, QByteArray(600, 'x'))));
+    QVERIFY2(m_rec->events.contains(WrittenText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    m_rec->events.clear();
+
+    ObjectInfo cardObject(900, OT_CARD, {{nvcm::UID, QStringLiteral("00C0FFEE")}});
+    m_manager->setCardObject(cardObject);
+    QVERIFY(run(m_manager->writeCardUID(Reader)));
+    QVERIFY2(m_rec->events.contains(WrittenText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    QVERIFY(m_rec->progressLines > 0);
+    QCOMPARE(m_rec->cards.first().parameter(nvcm::UID), UidHex);
+
+    const QByteArray memory = m_card->memory();
+    QCOMPARE(memory.size(), memSize);
+    const QByteArray block = cardblocks::prepareData(2, {QByteArray("00C0FFEE")});
+    const QByteArray data = userData(memory);
+    QCOMPARE(data.left(block.size()).toHex(), block.toHex());
+    QCOMPARE(data.mid(block.size()), QByteArray(data.size() - block.size(), '\0'));
+    // Block 0 is the manufacturer's; the trailers keep the factory state.
+    QCOMPARE(memory.left(4).toHex().toUpper(), UidHex.toLatin1());
+    for (int t : trailers(memSize))
+        QCOMPARE(trailerOf(memory, t).toHex(), QByteArray("ffffffffffffff078069ffffffffffff"));
+}
+
+void TestUSBCardReaderManagerPcsc::templatesV1_data()
+{
+    addSizes();
+}
+
+void TestUSBCardReaderManagerPcsc::templatesV1()
+{
+    QFETCH(QString, size);
+    QVERIFY(putCard({QStringLiteral("--type"), size}));
+    QVERIFY(run(m_manager->getCard(Reader)));
+    m_rec->events.clear();
+    _TEMPLATE_DATA face;
+    face.type = _TEMPLATE_DATA::Face;
+    face.data = QByteArray(300, 'F');
+    _TEMPLATE_DATA finger;
+    finger.type = _TEMPLATE_DATA::Fingerprint;
+    finger.data = QByteArray(200, 'p');
+    QVERIFY(run(m_manager->writeWorkerTemplates(7, {finger, face}, QByteArray())));
+    QVERIFY2(m_rec->events.contains(WrittenText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    const QByteArray block = cardblocks::prepareData(0, {finger.data, face.data});
+    const QByteArray data = userData(m_card->memory());
+    QCOMPARE(data.left(block.size()).toHex(), block.toHex());
+    QCOMPARE(data.mid(block.size()), QByteArray(data.size() - block.size(), '\0'));
+}
+
+void TestUSBCardReaderManagerPcsc::newKeysAreNeededAfterwards_data()
+{
+    addSizes();
+}
+
+void TestUSBCardReaderManagerPcsc::newKeysAreNeededAfterwards()
+{
+    QFETCH(QString, size);
+    QFETCH(int, memSize);
+    QVERIFY(LocalStorage::instance()->putObjects(SMARTCARD_PROFILE_DATANAME,
+                                                 {storedProfile(301, QStringLiteral("A1A2A3A4A5A6")),
+                                                  storedProfile(302, QStringLiteral("B1B2B3B4B5B6"))}));
+    QVERIFY(putCard({QStringLiteral("--type"), size}));
+    m_manager->setSmartCardProfile(storedProfile(301, QString()));
+    QVERIFY(run(m_manager->formatCard(Reader)));
+    QVERIFY2(m_rec->events.contains(FormattedText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    const QByteArray memory = m_card->memory();
+    for (int t : trailers(memSize)) {
+        QCOMPARE(trailerOf(memory, t).toHex(), QByteArray("a1a2a3a4a5a6ff078069a1a2a3a4a5a6"));
+    }
+
+    // The factory keys and another profile's are refused now, and the
+    // refused attempts change nothing.
+    for (TYPE_ID profile : {TYPE_ID(302), TYPE_ID(0)}) {
+        m_rec->events.clear();
+        m_manager->setSmartCardProfile(profile ? storedProfile(profile, QString()) : ObjectInfo());
+        QVERIFY(run(m_manager->formatCard(Reader)));
+        QVERIFY2(m_rec->events.contains(QStringLiteral("error:") + AuthFailedText),
+                 qPrintable(m_rec->events.join(QLatin1Char('|'))));
+        QCOMPARE(m_card->memory(), memory);
+    }
+
+    // A card that came with the second profile's keys opens with them.
+    QVERIFY(takeCard());
+    QVERIFY(putCard({QStringLiteral("--type"), size, QStringLiteral("--key-a"), QStringLiteral("B1B2B3B4B5B6"),
+                     QStringLiteral("--key-b"), QStringLiteral("B1B2B3B4B5B6")}));
+    m_rec->events.clear();
+    m_manager->setSmartCardProfile(storedProfile(302, QString()));
+    QVERIFY(run(m_manager->formatCard(Reader)));
+    QVERIFY2(m_rec->events.contains(FormattedText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+}
+
+void TestUSBCardReaderManagerPcsc::cardPulledMidWrite()
+{
+    QVERIFY(putCard({QStringLiteral("--pull-after"), QStringLiteral("3")}));
+    QVERIFY(run(m_manager->writeWorkerTemplates_v2(Reader, {}, QByteArray(400, 'd'))));
+    QVERIFY2(m_rec->events.contains(QStringLiteral("error:") + RemoveCardText),
+             qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    QVERIFY(!m_rec->events.contains(QStringLiteral("card")));
+    QVERIFY(!m_backend->isOpened(m_reader));
+
+    // The emulator left with the card; it comes back as it was left.
+    QVERIFY(m_backend->waitForCard(m_reader, CardWaitMs, false) == nvcm::OK);
+    const QString left = m_dir.filePath(QStringLiteral("left.hex"));
+    QFile::remove(left);
+    QVERIFY(QFile::copy(m_card->dumpPath(), left));
+    m_card->stop();
+    QVERIFY(putCard({QStringLiteral("--memory"), left}));
+    m_rec->events.clear();
+    QVERIFY(run(m_manager->writeWorkerTemplates_v2(Reader, {}, QByteArray(400, 'd'))));
+    QVERIFY2(m_rec->events.contains(WrittenText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    const QByteArray block = cardblocks::prepareData_v2({}, 0x01020304, QByteArray(400, 'd'));
+    QVERIFY(userData(m_card->memory()).startsWith(block));
+}
+
+void TestUSBCardReaderManagerPcsc::readWithoutCard()
+{
+    QVERIFY(run(m_manager->getCard(Reader)));
+    QCOMPARE(m_rec->events, (QStringList{QStringLiteral("error:") + ReadErrorText, QStringLiteral("finished")}));
+}
+
+QTEST_MAIN(TestUSBCardReaderManagerPcsc)
+#include "tst_usbcardreadermanager_pcsc.moc"

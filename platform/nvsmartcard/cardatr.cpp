@@ -35,11 +35,6 @@ QByteArray historicalBytes(const QByteArray &atr)
     return atr.mid(pos, count);
 }
 
-quint32 userMemoryOf(quint32 memSize)
-{
-    return quint32(dataBlocksBefore(int(memSize / CardBlockSize))) * CardBlockSize;
-}
-
 } // namespace
 
 AtrInfo classifyAtr(const QByteArray &atr)
@@ -93,7 +88,7 @@ AtrInfo classifyAtr(const QByteArray &atr)
             break;
         }
         if (info.isBlockCard() || info.type == MifarePlus)
-            info.userMemSize = userMemoryOf(info.memSize);
+            info.userMemSize = blockCardUserMemory(info.memSize);
         return info;
     }
     // 3B 8n 80 01 + ATS historical bytes: the reader found an ISO 14443-4 card.

@@ -17,6 +17,11 @@ int dataBlocksBefore(int block)
     return n;
 }
 
+quint32 blockCardUserMemory(quint32 memSize)
+{
+    return quint32(dataBlocksBefore(int(memSize / CardBlockSize))) * CardBlockSize;
+}
+
 std::pair<int, int> userDataRange(CardType type, bool plusLevel1, quint32 memSize, quint32 userMemSize,
                                   const nvsc::SmartCardSettings &settings)
 {

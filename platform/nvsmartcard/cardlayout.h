@@ -14,6 +14,8 @@ constexpr int CardBlockSize = 16;
 NVSMARTCARD_EXPORT bool isSectorTrailer(int block);
 // User data blocks (not block 0, not trailers) before `block`.
 NVSMARTCARD_EXPORT int dataBlocksBefore(int block);
+// Bytes of user data a Classic or Plus card of this size holds.
+NVSMARTCARD_EXPORT quint32 blockCardUserMemory(quint32 memSize);
 
 /**
  * Where the settings put user data on a card: the byte offset into the

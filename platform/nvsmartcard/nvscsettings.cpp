@@ -9,6 +9,24 @@ QByteArray MifareBaseSettings::transportKey()
     return QByteArray(6, '\xFF');
 }
 
+QVector<MifareBaseSettings::KeyCandidate> MifareBaseSettings::authorisationKeys() const
+{
+    QVector<KeyCandidate> list;
+    auto add = [&list](bool isKeyB, const nvsmartcard::Key &key) {
+        if (!key.isEmpty())
+            list.append({isKeyB, key});
+    };
+    if (useLegacyMode) {
+        add(false, legacyKeyA);
+        add(true, legacyKeyB);
+    }
+    add(false, keyA);
+    add(true, keyB);
+    add(false, nvsmartcard::Key(nvsmartcard::Crypto1KeyA, transportKey()));
+    add(true, nvsmartcard::Key(nvsmartcard::Crypto1KeyB, transportKey()));
+    return list;
+}
+
 std::unique_ptr<SmartCardSettings> MifareClassicSettings::clone() const
 {
     return std::make_unique<MifareClassicSettings>(*this);

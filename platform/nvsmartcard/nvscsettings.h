@@ -50,6 +50,17 @@ public:
 
     const nvsmartcard::Key &effectiveKeyA() const { return useLegacyMode && !legacyKeyA.isEmpty() ? legacyKeyA : keyA; }
     const nvsmartcard::Key &effectiveKeyB() const { return useLegacyMode && !legacyKeyB.isEmpty() ? legacyKeyB : keyB; }
+
+    struct KeyCandidate
+    {
+        bool isKeyB;
+        nvsmartcard::Key key;
+    };
+    // The keys authorisation tries on a sector, in order: the legacy keys
+    // (in legacy mode), the settings' own, then the factory transport keys,
+    // so that a new card can be formatted with any profile. Empty keys are
+    // left out. Every backend tries them in this order.
+    QVector<KeyCandidate> authorisationKeys() const;
 };
 
 class NVSMARTCARD_EXPORT MifareClassicSettings : public MifareBaseSettings

@@ -71,18 +71,11 @@ struct Candidate
 QVector<Candidate> candidates(const nvsc::MifareBaseSettings &s)
 {
     QVector<Candidate> list;
-    auto add = [&list](uchar slot, const Key &key) {
-        if (key.data.size() == 6)
-            list.append({slot, key.data});
-    };
-    if (s.useLegacyMode) {
-        add(KeySlotA, s.legacyKeyA);
-        add(KeySlotB, s.legacyKeyB);
+    // Crypto1 keys are 6 bytes; a reader refuses to load anything else.
+    for (const auto &c : s.authorisationKeys()) {
+        if (c.key.data.size() == 6)
+            list.append({c.isKeyB ? KeySlotB : KeySlotA, c.key.data});
     }
-    add(KeySlotA, s.keyA);
-    add(KeySlotB, s.keyB);
-    add(KeySlotA, Key(Crypto1KeyA, nvsc::MifareBaseSettings::transportKey()));
-    add(KeySlotB, Key(Crypto1KeyB, nvsc::MifareBaseSettings::transportKey()));
     return list;
 }
 

@@ -44,11 +44,6 @@ QByteArray randomUid(int length)
     return uid;
 }
 
-quint32 blockCardUserMemory(quint32 memSize)
-{
-    return quint32(dataBlocksBefore(int(memSize / BlockSize))) * BlockSize;
-}
-
 bool isBlockCard(const VirtualCard &card)
 {
     return card.type == MifareClassic || card.type == MifarePlus;
@@ -174,15 +169,8 @@ QVector<Candidate> candidates(const VirtualCard &card, const nvsc::SmartCardSett
         add(Slot::A, Key(AesKey, nvsc::MifarePlusSL3Settings::defaultKey()));
         add(Slot::B, Key(AesKey, nvsc::MifarePlusSL3Settings::defaultKey()));
     } else {
-        const auto &s = static_cast<const nvsc::MifareBaseSettings &>(settings);
-        if (legacy) {
-            add(Slot::A, s.legacyKeyA);
-            add(Slot::B, s.legacyKeyB);
-        }
-        add(Slot::A, s.keyA);
-        add(Slot::B, s.keyB);
-        add(Slot::A, Key(Crypto1KeyA, nvsc::MifareBaseSettings::transportKey()));
-        add(Slot::B, Key(Crypto1KeyB, nvsc::MifareBaseSettings::transportKey()));
+        for (const auto &c : static_cast<const nvsc::MifareBaseSettings &>(settings).authorisationKeys())
+            add(c.isKeyB ? Slot::B : Slot::A, c.key);
     }
     return list;
 }

@@ -167,6 +167,14 @@ QByteArray prepareData_v2(const QList<nivaro::_TEMPLATE_DATA> &templates, quint6
     return block;
 }
 
+quint64 uidNumber(const QByteArray &uid)
+{
+    quint64 number = 0;
+    for (int i = qMax(0, uid.size() - 8); i < uid.size(); ++i)
+        number = (number << 8) | quint8(uid.at(i));
+    return number;
+}
+
 QByteArray fromHexLenient(const QByteArray &text)
 {
     QByteArray bytes;

@@ -39,6 +39,11 @@ NVDIALOGS_EXPORT QByteArray prepareData_v2(const QList<nivaro::_TEMPLATE_DATA> &
 // the terminals do not know (such a record keeps the previous kind byte).
 NVDIALOGS_EXPORT int templateKindV2(int templateType);
 
+// A card's number from its UID bytes, in the order the card sends them,
+// read as one big-endian number; of a UID longer than 8 bytes the last 8
+// count. The version-2 header and the store's card numbers both use it.
+NVDIALOGS_EXPORT quint64 uidNumber(const QByteArray &uid);
+
 // Hex text as profiles store keys: every pair of hex digits gives a byte,
 // anything that is not a hex digit is skipped (spaces, colons, dashes from
 // copied key listings). An odd last digit is dropped.

@@ -1,6 +1,7 @@
 #include "cardwidget.h"
 #include "ui_cardwidget.h"
 
+#include "cardblocks_p.h"
 #include "cardtemplateswidget.h"
 #include "smartcardprofile.h"
 #include "usbcardreadermanager.h"
@@ -134,11 +135,7 @@ quint64 CardWidget::cardNumberFromUid(const QString &uidHex)
     });
     if (!hex)
         return 0;
-    const QByteArray bytes = QByteArray::fromHex(digits.toLatin1());
-    quint64 number = 0;
-    for (int i = qMax(0, bytes.size() - 8); i < bytes.size(); ++i)
-        number = (number << 8) | quint8(bytes.at(i));
-    return number;
+    return cardblocks::uidNumber(QByteArray::fromHex(digits.toLatin1()));
 }
 
 QString CardWidget::cardNumberText(quint64 number)
@@ -382,7 +379,10 @@ int CardWidget::templatesRoom(const ObjectInfo &card, const ObjectInfo &profile,
     qDeleteAll(candidates);
     // The chooser counts template bytes only; the block adds its header
     // and a record header per template.
-    const int overhead = smartCardProfile.writeMode() ? 32 + 6 * templateCount : 16 + 2 * templateCount;
+    // (version 1: a 16-bit length per record, one record per template)
+    const int overhead = smartCardProfile.writeMode()
+        ? cardblocks::HeaderSizeV2 + cardblocks::RecordHeaderSizeV2 * templateCount
+        : cardblocks::HeaderSize + int(sizeof(quint16)) * templateCount;
     return std::max(0, room - overhead);
 }
 

@@ -68,14 +68,6 @@ ObjectInfo cardRecord(const nvcm::SCardInfo &info)
 
 // The UID bytes as one number, first byte most significant, as the hex
 // text reads. Longer UIDs than eight bytes keep their last eight.
-quint64 uidNumber(const QByteArray &uid)
-{
-    quint64 value = 0;
-    for (const char c : uid)
-        value = (value << 8) | quint8(c);
-    return value;
-}
-
 } // namespace
 
 // ---- USBCardReaderManagerPrivate ---------------------------------------------
@@ -473,7 +465,7 @@ ObjectInfo USBCardReaderManagerPrivate::doWriteData_v2(const QList<nivaro::_TEMP
     ObjectInfo card;
     if (!cardForWrite("DO WRITE DATA V2", info, card))
         return ObjectInfo();
-    const quint64 uid = uidNumber(info.uid);
+    const quint64 uid = cardblocks::uidNumber(info.uid);
     CARD_DEBUG << "DO WRITE DATA V2: card uid" << card.parameter(nvcm::UID) << uid;
     return doWriteData(prepareData_v2(templates, uid, extra));
 }

@@ -2,6 +2,7 @@
 #include "ui_workersearchdialog.h"
 
 #include "customvaluecolumn.h"
+#include "cardwidget.h"
 #include "subjectviewdelegate.h"
 #include "usbcardreadermanager.h"
 
@@ -656,9 +657,8 @@ void WorkerSearchDialog::readCardFailed()
 
 quint64 WorkerSearchDialog::cardNumberFromUid(const QString &uidText)
 {
-    bool ok = false;
-    const quint64 number = uidText.trimmed().toULongLong(&ok, 16);
-    return ok ? number : 0;
+    // A card is found by the number it was issued under.
+    return CardWidget::cardNumberFromUid(uidText);
 }
 
 void WorkerSearchDialog::readCardSucceed(const nivaro::ObjectInfo &card)

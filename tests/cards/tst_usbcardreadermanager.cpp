@@ -14,61 +14,20 @@
 
 #include <QtTest>
 
+#include "managerrecorder.h"
+
 using namespace nivaro;
 using nvsmartcard::SimulatedBackend;
 using nvsmartcard::VirtualCard;
 
 namespace {
 
-const QString RemoveCardText = QStringLiteral("Ошибка. Уберите карту со считывателя и повторите операцию.");
-const QString ReadErrorText = QStringLiteral("Ошибка чтения идентификатора карты.");
-const QString AuthFailedText = QStringLiteral("Авторизация на карте не удалась. Выберите другой профиль карты.");
 const QString TooMuchText = QStringLiteral("Слишком много данных для карты данного типа.");
 
 constexpr quint32 SmartReader = 0;
 constexpr quint32 HidReader = 1;
 
 const QByteArray Uid = QByteArray::fromHex("04A1B2C3D4E5F6");
-
-// Everything the manager tells the dialogs, in the order the GUI thread
-// gets it. Progress lines are counted apart: how many the library's
-// callbacks send is the library's business.
-class Recorder : public QObject
-{
-public:
-    explicit Recorder(USBCardReaderManager *m)
-    {
-        connect(m, &USBCardReaderManager::tick, this, [this] { events << QStringLiteral("tick"); });
-        connect(m, &USBCardReaderManager::tickMessage, this, [this](const QString &text) {
-            if (text.startsWith(QStringLiteral("Запись данных. ")) && text != QStringLiteral("Запись данных. Ожидайте..."))
-                ++progressLines;
-            else if (text.startsWith(QStringLiteral("Форматирование карты. ")) && !text.endsWith(QStringLiteral("...")))
-                ++progressLines;
-            else
-                events << QStringLiteral("step:") + text;
-        });
-        connect(m, &USBCardReaderManager::message, this, [this](const QString &t) { events << QStringLiteral("message:") + t; });
-        connect(m, &USBCardReaderManager::error, this, [this](const QString &t) { events << QStringLiteral("error:") + t; });
-        connect(m, &USBCardReaderManager::cardReadDelay, this, [this](const ObjectInfo &card) {
-            events << QStringLiteral("card");
-            cards << card;
-        });
-        connect(m, &USBCardReaderManager::readerAdded, this, [this](const ObjectInfo &r) { readers << r; });
-        connect(m, &USBCardReaderManager::finished, this, [this] { events << QStringLiteral("finished"); });
-    }
-    int ticks() const { return events.count(QStringLiteral("tick")); }
-    QStringList without(const QString &what) const
-    {
-        QStringList list = events;
-        list.removeAll(what);
-        return list;
-    }
-
-    QStringList events;
-    QList<ObjectInfo> cards;
-    QList<ObjectInfo> readers;
-    int progressLines = 0;
-};
 
 QList<_TEMPLATE_DATA> templatesOf(int size)
 {

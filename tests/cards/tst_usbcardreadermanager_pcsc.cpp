@@ -15,14 +15,13 @@
 
 #include <QtTest>
 
+#include "managerrecorder.h"
+
 using namespace nivaro;
 using nvsmartcard::PcscBackend;
 
 namespace {
 
-const QString RemoveCardText = QStringLiteral("Ошибка. Уберите карту со считывателя и повторите операцию.");
-const QString ReadErrorText = QStringLiteral("Ошибка чтения идентификатора карты.");
-const QString AuthFailedText = QStringLiteral("Авторизация на карте не удалась. Выберите другой профиль карты.");
 const QString WrittenText = QStringLiteral("message:Данные записаны.");
 const QString FormattedText = QStringLiteral("message:Данные очищены.");
 
@@ -100,28 +99,6 @@ ObjectInfo storedProfile(TYPE_ID uid, const QString &key)
                        {db::scardprofile::mfclassic::KEY_B, key}});
 }
 
-class Recorder : public QObject
-{
-public:
-    explicit Recorder(USBCardReaderManager *m)
-    {
-        connect(m, &USBCardReaderManager::tickMessage, this, [this](const QString &text) {
-            if (text.startsWith(QStringLiteral("Запись данных. ")) && text != QStringLiteral("Запись данных. Ожидайте..."))
-                ++progressLines;
-        });
-        connect(m, &USBCardReaderManager::message, this, [this](const QString &t) { events << QStringLiteral("message:") + t; });
-        connect(m, &USBCardReaderManager::error, this, [this](const QString &t) { events << QStringLiteral("error:") + t; });
-        connect(m, &USBCardReaderManager::cardReadDelay, this, [this](const ObjectInfo &card) {
-            events << QStringLiteral("card");
-            cards << card;
-        });
-        connect(m, &USBCardReaderManager::finished, this, [this] { events << QStringLiteral("finished"); });
-    }
-    QStringList events;
-    QList<ObjectInfo> cards;
-    int progressLines = 0;
-};
-
 } // namespace
 
 class TestUSBCardReaderManagerPcsc : public QObject
@@ -175,7 +152,7 @@ void TestUSBCardReaderManagerPcsc::init()
     nvsmartcard::setDefaultBackend(m_backend);
     m_card = std::make_unique<Emulator>(m_dir.filePath(QStringLiteral("card.hex")));
     m_manager = new USBCardReaderManager;
-    m_rec = new Recorder(m_manager);
+    m_rec = new Recorder(m_manager, Recorder::Outcome);
 }
 
 void TestUSBCardReaderManagerPcsc::cleanup()

@@ -644,15 +644,22 @@ void WorkerSearchDialog::readCardFailed()
 {
     if (!m_readingCard)
         return;
+    endCardWait();
+    ui->searchEdit->setFocus();
+    emit failedMessage(tr("Время ожидания истекло."));
+}
+
+// However the wait for a card ends, the search controls come back as they
+// were before it.
+void WorkerSearchDialog::endCardWait()
+{
     m_tickTimer->stop();
     m_readingCard = false;
     ui->searchEdit->setPlaceholderText(QString());
-    ui->searchEdit->setEnabled(true);
-    ui->searchTypeCombo->setEnabled(true);
-    ui->readerCombo->setEnabled(true);
-    readerSelected(ui->readerCombo->currentIndex());
-    ui->searchEdit->setFocus();
-    emit failedMessage(tr("Время ожидания истекло."));
+    ui->readerCombo->setEnabled(ui->readerCombo->count() > 1);
+    ui->readProgress->setValue(0);
+    ui->readProgress->setFormat(tr("%v сек"));
+    setSearchControlsEnabled(true);
 }
 
 quint64 WorkerSearchDialog::cardNumberFromUid(const QString &uidText)
@@ -663,16 +670,8 @@ quint64 WorkerSearchDialog::cardNumberFromUid(const QString &uidText)
 
 void WorkerSearchDialog::readCardSucceed(const nivaro::ObjectInfo &card)
 {
-    m_tickTimer->stop();
     const bool wasReading = m_readingCard;
-    m_readingCard = false;
-    ui->searchEdit->setPlaceholderText(QString());
-    ui->searchEdit->setEnabled(true);
-    ui->searchTypeCombo->setEnabled(true);
-    ui->readerCombo->setEnabled(ui->readerCombo->count() > 1);
-    ui->readProgress->setValue(0);
-    ui->readProgress->setFormat(tr("%v сек"));
-    readerSelected(ui->readerCombo->currentIndex());
+    endCardWait();
     const QString uid = card.parameter(nvcm::UID);
     const quint64 number = cardNumberFromUid(uid);
     qCDebug(lcSearch) << "card read" << uid << number << wasReading;
@@ -688,16 +687,8 @@ void WorkerSearchDialog::readCardSucceed(const nivaro::ObjectInfo &card)
 void WorkerSearchDialog::readCardFinished()
 {
     // The manager reported its own failure already; only the wait ends.
-    if (m_readingCard) {
-        m_tickTimer->stop();
-        m_readingCard = false;
-        ui->searchEdit->setPlaceholderText(QString());
-        ui->searchEdit->setEnabled(true);
-        ui->searchTypeCombo->setEnabled(true);
-        ui->readerCombo->setEnabled(true);
-        ui->readProgress->setValue(0);
-        readerSelected(ui->readerCombo->currentIndex());
-    }
+    if (m_readingCard)
+        endCardWait();
     emit finishedReadCard();
 }
 

@@ -136,6 +136,7 @@ private:
     // 100 objects); its result, arriving later, is dropped.
     void cancelCustomSearch();
     void setSearchControlsEnabled(bool enabled);
+    void endCardWait();
     void fillSearchTypes();
     void fillReaders();
     void fileNumbers(const QList<unsigned int> &uids);

@@ -48,12 +48,6 @@ QString readerName(const ObjectInfo &reader)
     return name.isEmpty() ? QString::number(readerIndex(reader)) : name;
 }
 
-TYPE_ID cardHolder(const ObjectInfo &card)
-{
-    const TYPE_ID owner = card.parameter(db::card::OWNER).toUInt();
-    return owner ? owner : card.parent();
-}
-
 } // namespace
 
 CardWidget::CardWidget(QWidget *parent)
@@ -443,13 +437,15 @@ void CardWidget::saveCard(const ObjectInfo &card)
     const QString shownNumber = cardNumberText(number);
     // The employee's own card with this number is updated, any other is new
     // (and refused by the server when someone else holds the number).
-    const ObjectInfo *existing = nullptr;
-    for (const ObjectInfo &c : *store->constObjects(nivaro::CARD_DATANAME)) {
-        if (c.parameter(db::card::NUMBER).toULongLong() == number && cardHolder(c) == m_opWorker) {
-            existing = &c;
+    ObjectInfo existingCard;
+    const nivaro::NVHash<TYPE_ID, ObjectInfo> own = store->cards(m_opWorker, false);
+    for (const ObjectInfo &c : own) {
+        if (c.parameter(db::card::NUMBER).toULongLong() == number) {
+            existingCard = c;
             break;
         }
     }
+    const ObjectInfo *existing = existingCard.isValid() ? &existingCard : nullptr;
     const TYPE_ID profile = currentProfile().uid();
     QHash<QString, QString> values = {
         {db::card::NUMBER, numberText},

@@ -31,13 +31,15 @@ public:
 
     void putCard(int reader, int kind);
     void takeCard(int reader);
+    // Keeps the virtual cards as they are now (keys and data) in the
+    // state file, as a real card keeps what was written to it.
+    void saveState();
 
 Q_SIGNALS:
     void status(const QString &text);
 
 private:
     void rebuild();
-    void saveState();
 
     std::shared_ptr<nvsmartcard::SimulatedBackend> m_backend;
     QString m_statePath;

@@ -17,6 +17,7 @@
 #include <objecttypes.h>
 #include <taskexecutor.h>
 #include <cardwidget.h>
+#include <usbcardreadermanager.h>
 #include <simulatedbackend.h>
 #include <updateobjectwizard.h>
 #include <workerpropertyview.h>
@@ -176,6 +177,10 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
             });
     CardWidget *cardWidget = m_cardsPage->cardWidget();
     connect(cardWidget, &CardWidget::appendTask, m_executor, &nivaro::TaskExecutor::execute);
+    // A card written or formatted keeps its new keys and data even if the
+    // client is killed before it exits normally.
+    if (m_readersMenu)
+        connect(cardWidget->manager(), &USBCardReaderManager::finished, m_readersMenu, &CardReadersMenu::saveState);
     // The server's reason for refusing a card is what the operator must read.
     connect(m_executor, &nivaro::TaskExecutor::taskFinished, cardWidget,
             [cardWidget](const nivaro::TaskInfo &task, bool ok, const QString &error) {

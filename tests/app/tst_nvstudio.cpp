@@ -541,6 +541,13 @@ void TestNvStudio::cardWrittenSurvivesRestart()
         QCOMPARE(cards->rowCount(), cardsBefore + 1);
         // The card just issued is the one whose QR code shows.
         QVERIFY(window.cardsPage()->cardsView()->qrText().startsWith(QStringLiteral("CARD:") + number));
+        // The virtual card keeps what was written even if the client dies
+        // now, before it could save on exit.
+        nvsmartcard::SimulatedBackend kept;
+        QVERIFY(kept.loadState(StudioStartup::cardStatePath(storePath())));
+        QVERIFY(kept.cardOn(0).has_value());
+        QCOMPARE(kept.cardOn(0)->userData, backend->cardOn(0)->userData);
+        QCOMPARE(kept.cardOn(0)->masterKey, backend->cardOn(0)->masterKey);
     }
     store->close();
     nvsmartcard::setDefaultBackend(nullptr);

@@ -50,6 +50,9 @@ inline const QString CBS_STATUS = QStringLiteral("PT_CBS_STATUS");
 inline const QString ALCOHOL_CHECK_REQUIRED = QStringLiteral("PT_ALCOHOL_CHECK_REQUIRED");
 inline const QString DEVICE_MESSAGE = QStringLiteral("PT_DEVICE_MESSAGE");
 inline const QString DEVICE_IDENT_TYPE = QStringLiteral("PT_DEVICE_IDENT_TYPE");
+// Set by the server when it dismisses an employee.
+inline const QString DISMISS_DATE = QStringLiteral("PT_DISMISS_DATE");
+inline const QString DISMISS_REASON = QStringLiteral("PT_DISMISS_REASON");
 } // namespace worker
 
 namespace orgstructure {

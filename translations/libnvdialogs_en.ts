@@ -224,8 +224,8 @@
         <translation>Write templates</translation>
     </message>
     <message>
-        <location filename="../src/cards/cardwidget.cpp" line="+78"/>
-        <location line="+240"/>
+        <location filename="../src/cards/cardwidget.cpp" line="+73"/>
+        <location line="+236"/>
         <source>Осталось %1 сек.</source>
         <translation>%1 s left</translation>
     </message>
@@ -281,7 +281,7 @@
         <translation>not determined</translation>
     </message>
     <message>
-        <location line="+48"/>
+        <location line="+51"/>
         <source>Выбор шаблонов</source>
         <translation>Template selection</translation>
     </message>
@@ -301,7 +301,7 @@
         <translation>Could not determine the card number from its identifier</translation>
     </message>
     <message>
-        <location line="+41"/>
+        <location line="+43"/>
         <source>Карта %1 уже выдана сотруднику.</source>
         <translation>Card %1 is already issued to the employee.</translation>
     </message>
@@ -363,6 +363,35 @@
         <location line="+3"/>
         <source>Идет удаление</source>
         <translation>Deleting</translation>
+    </message>
+</context>
+<context>
+    <name>DepartmentSelectionDialog</name>
+    <message>
+        <location filename="../src/orgstructure/departmentselectiondialog.cpp" line="+33"/>
+        <source>Выбор подразделения</source>
+        <translation>Choose a department</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Название подразделения</source>
+        <translation>Department name</translation>
+    </message>
+    <message>
+        <location line="+142"/>
+        <source>Выберите подразделение</source>
+        <translation>Choose a department</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>«%1» не организация</source>
+        <translation>“%1” is not a firm</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <location line="+2"/>
+        <source>«%1» нельзя выбрать</source>
+        <translation>“%1” cannot be chosen</translation>
     </message>
 </context>
 <context>
@@ -444,7 +473,7 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <location filename="../app/mainwindow.cpp" line="+84"/>
+        <location filename="../app/mainwindow.cpp" line="+85"/>
         <source>Nivaro-Studio — %1</source>
         <translation>Nivaro-Studio — %1</translation>
     </message>
@@ -500,12 +529,12 @@
     </message>
     <message>
         <location line="+26"/>
-        <location line="+143"/>
+        <location line="+147"/>
         <source>Выберите одного или нескольких сотрудников в дереве организации</source>
         <translation>Select one or more employees in the organisation tree</translation>
     </message>
     <message>
-        <location line="-139"/>
+        <location line="-143"/>
         <source>Личные данные</source>
         <translation>Personal data</translation>
     </message>
@@ -525,7 +554,7 @@
         <translation>Cards</translation>
     </message>
     <message>
-        <location line="+28"/>
+        <location line="+32"/>
         <source>Хранилище: %1</source>
         <translation>Store: %1</translation>
     </message>
@@ -2251,7 +2280,7 @@
         <translation>Could not read the card identifier.</translation>
     </message>
     <message>
-        <location line="+124"/>
+        <location line="+116"/>
         <source>Идет чтение карты. Осталось %1 сек.</source>
         <translation>Reading the card. %1 s left.</translation>
     </message>
@@ -2648,7 +2677,7 @@
     </message>
     <message>
         <location line="+14"/>
-        <location filename="../src/search/workersearchdialog.cpp" line="+674"/>
+        <location filename="../src/search/workersearchdialog.cpp" line="+661"/>
         <source>%v сек</source>
         <translation>%v s</translation>
     </message>
@@ -2658,7 +2687,7 @@
         <translation>Read</translation>
     </message>
     <message>
-        <location filename="../src/search/workersearchdialog.cpp" line="-487"/>
+        <location filename="../src/search/workersearchdialog.cpp" line="-473"/>
         <source>Перейти</source>
         <translation>Go to</translation>
     </message>
@@ -2703,12 +2732,12 @@
         <translation>Reading the card. %1 s left.</translation>
     </message>
     <message>
-        <location line="+28"/>
+        <location line="+22"/>
         <source>Время ожидания истекло.</source>
         <translation>The wait has timed out.</translation>
     </message>
     <message>
-        <location line="+26"/>
+        <location line="+30"/>
         <source>Номер прочитанной карты не распознан.</source>
         <translation>The number of the card read was not recognized.</translation>
     </message>

@@ -335,6 +335,39 @@
     </message>
 </context>
 <context>
+    <name>ChangeSummaryWizardPage</name>
+    <message>
+        <location filename="../src/wizards/changesummarywizardpage.cpp" line="+14"/>
+        <source>Проверка изменений</source>
+        <translation>Review the changes</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Ничего еще не изменено. Проверьте, что будет сделано, и нажмите «Далее».</source>
+        <translation>Nothing has been changed yet. Check what will be done and press “Next”.</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Объект и поле</source>
+        <translation>Object and field</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Было</source>
+        <translation>Was</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Станет</source>
+        <translation>Becomes</translation>
+    </message>
+    <message>
+        <location line="+30"/>
+        <source>Объектов: %1</source>
+        <translation>Objects: %1</translation>
+    </message>
+</context>
+<context>
     <name>DeleteListWizardPage</name>
     <message>
         <location filename="../src/wizards/deletelistwizardpage.cpp" line="+18"/>

@@ -7,6 +7,7 @@
 
 class QAbstractItemModel;
 class QAbstractItemView;
+class QLabel;
 class QTreeView;
 class StyledItemDelegate;
 namespace nivaro {
@@ -31,8 +32,14 @@ public:
     // Installs the delegate on view, or on this page's list when view is null.
     void setItemDelegate(StyledItemDelegate *delegate, QAbstractItemView *view = nullptr);
 
+    // A note under the list, such as which objects are left out and why;
+    // hidden while empty.
+    void setNotice(const QString &text);
+    QString notice() const;
+
 private:
     QTreeView *m_view = nullptr;
+    QLabel *m_notice = nullptr;
     nivaro::ObjectTreeProxy *m_proxy = nullptr;
 };
 

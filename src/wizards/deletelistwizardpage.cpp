@@ -34,6 +34,12 @@ DeleteListWizardPage::DeleteListWizardPage(QWidget *parent)
     layout->addWidget(m_notice);
 }
 
+void DeleteListWizardPage::detachFromStore()
+{
+    m_view->setModel(nullptr);
+    m_proxy->setSourceModel(nullptr);
+}
+
 void DeleteListWizardPage::setNotice(const QString &text)
 {
     m_notice->setText(text);

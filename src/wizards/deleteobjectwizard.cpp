@@ -122,6 +122,8 @@ void DeleteObjectWizard::initializePage(int id)
             changes.append(change);
         }
         m_summaryPage->setChanges(changes);
+    } else if (id == ProgressPage) {
+        m_listPage->detachFromStore();
     }
     PageListWizard::initializePage(id);
 }

@@ -129,6 +129,8 @@ void DismissalWizard::initializePage(int id)
         }
         m_summaryPage->setChanges(changes);
         m_progressPage->setDismissal(date, reason);
+    } else if (id == ProgressPage) {
+        m_listPage->detachFromStore();
     }
     PageListWizard::initializePage(id);
 }

@@ -138,6 +138,8 @@ void TransferWizard::initializePage(int id)
         }
         m_summaryPage->setChanges(changes);
         m_progressPage->setTransfer(moved, target);
+    } else if (id == ProgressPage) {
+        m_listPage->detachFromStore();
     }
     PageListWizard::initializePage(id);
 }

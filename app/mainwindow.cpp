@@ -196,6 +196,7 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     const bool realReaders = nvsmartcard::defaultBackend()->backendName() == QLatin1String("pcsc");
     auto *readers = new QLabel(realReaders ? tr("Считыватели: PC/SC") : tr("Считыватели: виртуальные"), this);
     readers->setObjectName(QStringLiteral("readerBackend"));
+    readers->setContentsMargins(12, 0, 4, 0);
     statusBar()->addPermanentWidget(readers);
     connect(storage, &nivaro::LocalStorage::dataChanged, this, &MainWindow::updateStatus);
     connect(storage, &nivaro::LocalStorage::dataRemoved, this, &MainWindow::updateStatus);

@@ -399,6 +399,39 @@
     </message>
 </context>
 <context>
+    <name>DepartmentPropertyView</name>
+    <message>
+        <location filename="../src/orgstructure/departmentpropertyview.cpp" line="+8"/>
+        <source>Название</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Название подразделения не может быть пустым</source>
+        <translation>The department name cannot be empty</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Номер</source>
+        <translation>Number</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Описание</source>
+        <translation>Description</translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <source>Сохранение параметров подразделения %1</source>
+        <translation>Saving the properties of department %1</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Ошибка сохранения параметров подразделения %1</source>
+        <translation>Error saving the properties of department %1</translation>
+    </message>
+</context>
+<context>
     <name>DepartmentSelectionDialog</name>
     <message>
         <location filename="../src/orgstructure/departmentselectiondialog.cpp" line="+33"/>
@@ -501,6 +534,79 @@
         <location line="+2"/>
         <source>Карта %1</source>
         <translation>Card %1</translation>
+    </message>
+</context>
+<context>
+    <name>FirmPropertyView</name>
+    <message>
+        <location filename="../src/orgstructure/firmpropertyview.cpp" line="+34"/>
+        <source>Краткое название</source>
+        <translation>Short name</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Краткое название организации не может быть пустым</source>
+        <translation>The short name of the firm cannot be empty</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Полное название</source>
+        <translation>Full name</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>ИНН</source>
+        <translation>INN</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>ИНН организации состоит из 10 цифр с верной контрольной цифрой</source>
+        <translation>A firm&apos;s INN has 10 digits with a correct check digit</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>10 цифр</source>
+        <translation>10 digits</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>КПП</source>
+        <translation>KPP</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КПП состоит из 9 цифр</source>
+        <translation>A KPP has 9 digits</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>ОГРН</source>
+        <translation>OGRN</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>ОГРН состоит из 13 цифр с верной контрольной цифрой</source>
+        <translation>An OGRN has 13 digits with a correct check digit</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Адрес</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Описание</source>
+        <translation>Description</translation>
+    </message>
+    <message>
+        <location line="+20"/>
+        <source>Сохранение параметров организации %1</source>
+        <translation>Saving the properties of firm %1</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Ошибка сохранения параметров организации %1</source>
+        <translation>Error saving the properties of firm %1</translation>
     </message>
 </context>
 <context>
@@ -2030,6 +2136,29 @@
         <location line="+33"/>
         <source>Ошибка</source>
         <translation>Error</translation>
+    </message>
+</context>
+<context>
+    <name>OrgPropertyView</name>
+    <message>
+        <location filename="../src/orgstructure/orgpropertyview.cpp" line="+26"/>
+        <source>(разные значения)</source>
+        <translation>(various values)</translation>
+    </message>
+    <message>
+        <location line="+22"/>
+        <source>Идентификатор БД</source>
+        <translation>Database ID</translation>
+    </message>
+    <message>
+        <location line="+174"/>
+        <source>Только чтение: изменения не могут быть сохранены</source>
+        <translation>Read only: the changes cannot be saved</translation>
+    </message>
+    <message>
+        <location line="+109"/>
+        <source>Параметры сохранены</source>
+        <translation>Data saved</translation>
     </message>
 </context>
 <context>

@@ -2936,44 +2936,6 @@
     </message>
 </context>
 <context>
-    <name>nivaro</name>
-    <message>
-        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+53"/>
-        <source>Объект %1 не найден</source>
-        <translation>Object %1 not found</translation>
-    </message>
-    <message>
-        <location line="+22"/>
-        <source>Организация может находиться только в корне оргструктуры, а не в объекте %1</source>
-        <translation>A firm can only be at the top of the organisation, not in object %1</translation>
-    </message>
-    <message>
-        <location line="+7"/>
-        <source>Подразделение %1 нельзя перенести в само себя</source>
-        <translation>Department %1 cannot be moved into itself</translation>
-    </message>
-    <message>
-        <location line="+5"/>
-        <source>Родительский объект %1 не найден</source>
-        <translation>Parent object %1 not found</translation>
-    </message>
-    <message>
-        <location line="+5"/>
-        <source>Подразделение может находиться только в организации или в другом подразделении, а %1 не организация и не подразделение</source>
-        <translation>A department can only be in a firm or in another department, and %1 is neither</translation>
-    </message>
-    <message>
-        <location line="+3"/>
-        <source>Сотрудник может находиться только в организации или в подразделении, а %1 не организация и не подразделение</source>
-        <translation>An employee can only be in a firm or in a department, and %1 is neither</translation>
-    </message>
-    <message>
-        <location line="+12"/>
-        <source>Подразделение %1 нельзя перенести в подчиненное ему подразделение %2</source>
-        <translation>Department %1 cannot be moved into its own sub-department %2</translation>
-    </message>
-</context>
-<context>
     <name>nivaro::LocalStorage</name>
     <message>
         <location filename="../platform/localstorage/localstorage.cpp" line="+794"/>
@@ -3114,30 +3076,48 @@
 <context>
     <name>nivaro::TaskExecutor</name>
     <message>
-        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+298"/>
-        <source>Неизвестная команда: %1</source>
-        <translation>Unknown command: %1</translation>
+        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+50"/>
+        <location line="+268"/>
+        <source>Объект %1 не найден</source>
+        <translation>Object %1 not found</translation>
     </message>
-</context>
-<context>
-    <name>nivaro::TaskExecutorPrivate</name>
     <message>
-        <location line="-215"/>
+        <location line="-246"/>
+        <source>Организация может находиться только в корне оргструктуры, а не в объекте %1</source>
+        <translation>A firm can only be at the top of the organisation, not in object %1</translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Подразделение %1 нельзя перенести в само себя</source>
+        <translation>Department %1 cannot be moved into itself</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Родительский объект %1 не найден</source>
+        <translation>Parent object %1 not found</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Подразделение может находиться только в организации или в другом подразделении, а %1 не организация и не подразделение</source>
+        <translation>A department can only be in a firm or in another department, and %1 is neither</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Сотрудник может находиться только в организации или в подразделении, а %1 не организация и не подразделение</source>
+        <translation>An employee can only be in a firm or in a department, and %1 is neither</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>Подразделение %1 нельзя перенести в подчиненное ему подразделение %2</source>
+        <translation>Department %1 cannot be moved into its own sub-department %2</translation>
+    </message>
+    <message>
+        <location line="+83"/>
         <source>Тип объекта %1 (%2) не совпадает с типом в задаче (%3)</source>
         <translation>The type of object %1 (%2) does not match the type in the task (%3)</translation>
     </message>
     <message>
-        <location line="+89"/>
-        <source>Карта не создана: сотрудник %1 не найден</source>
-        <translation>Card not created: employee %1 not found</translation>
-    </message>
-    <message>
-        <location line="-12"/>
-        <source>Карта не создана: неверный номер карты &quot;%1&quot;</source>
-        <translation>Card not created: invalid card number &quot;%1&quot;</translation>
-    </message>
-    <message>
-        <location line="-44"/>
+        <location line="+33"/>
         <source>Объект не создан: не указан тип объекта</source>
         <translation>Object not created: no object type given</translation>
     </message>
@@ -3167,7 +3147,17 @@
         <translation>Object not created: no parent object given</translation>
     </message>
     <message>
-        <location line="+51"/>
+        <location line="+28"/>
+        <source>Карта не создана: неверный номер карты &quot;%1&quot;</source>
+        <translation>Card not created: invalid card number &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>Карта не создана: сотрудник %1 не найден</source>
+        <translation>Card not created: employee %1 not found</translation>
+    </message>
+    <message>
+        <location line="+11"/>
         <source>Карта с номером %1 уже выдана: %2. Одну карту нельзя выдать дважды</source>
         <translation>A card with number %1 is already issued: %2. One card cannot be issued twice</translation>
     </message>
@@ -3182,12 +3172,7 @@
         <translation>Employee not dismissed: invalid dismissal date &quot;%1&quot;</translation>
     </message>
     <message>
-        <location line="+13"/>
-        <source>Объект %1 не найден</source>
-        <translation>Object %1 not found</translation>
-    </message>
-    <message>
-        <location line="+4"/>
+        <location line="+17"/>
         <source>Объект %1 не сотрудник: уволить можно только сотрудника</source>
         <translation>Object %1 is not an employee: only employees can be dismissed</translation>
     </message>
@@ -3200,6 +3185,11 @@
         <location line="+21"/>
         <source>Подразделение %1 не пусто: сначала удалите или переведите сотрудников</source>
         <translation>Department %1 is not empty: delete or transfer its employees first</translation>
+    </message>
+    <message>
+        <location line="+55"/>
+        <source>Неизвестная команда: %1</source>
+        <translation>Unknown command: %1</translation>
     </message>
 </context>
 </TS>

@@ -8,7 +8,6 @@
 #include <objecttreemodel.h>
 #include <objecttypes.h>
 
-#include <QCoreApplication>
 #include <QDate>
 #include <QDebug>
 #include <QHash>
@@ -22,6 +21,9 @@
 namespace nivaro {
 
 namespace {
+
+// Texts go through TaskExecutor::tr() even outside the class, so that they
+// are filed and looked up under one context, the class's own.
 
 // What a command handler answers: the uid to reply with, or 0 and why
 // (for the operator, and in English for the debug line).
@@ -43,14 +45,9 @@ Outcome storeFailure(const QString &why)
     return Outcome{0, why, QStringLiteral("store refused")};
 }
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("TaskExecutor", text);
-}
-
 Outcome notFound(TYPE_ID uid)
 {
-    return failure(tr("Объект %1 не найден").arg(uid), QStringLiteral("object not found: %1").arg(uid));
+    return failure(TaskExecutor::tr("Объект %1 не найден").arg(uid), QStringLiteral("object not found: %1").arg(uid));
 }
 
 // Parameters the server keeps beside the record rather than in it: a photo
@@ -72,27 +69,27 @@ QString placementRefusal(const QString &type, TYPE_ID uid, TYPE_ID parent, const
         if (parent == SUBJECT_ROOT_UID)
             return QString();
         *debug = QStringLiteral("firm parent %1 is not the subject root").arg(parent);
-        return tr("Организация может находиться только в корне оргструктуры, а не в объекте %1").arg(parent);
+        return TaskExecutor::tr("Организация может находиться только в корне оргструктуры, а не в объекте %1").arg(parent);
     }
     if (type != OT_DEPARTMENT && type != OT_WORKER)
         return QString();
     const bool department = type == OT_DEPARTMENT;
     if (department && uid != 0 && parent == uid) {
         *debug = QStringLiteral("department %1 into itself").arg(uid);
-        return tr("Подразделение %1 нельзя перенести в само себя").arg(NVGlobals::objectName(stored.object(uid)));
+        return TaskExecutor::tr("Подразделение %1 нельзя перенести в само себя").arg(NVGlobals::objectName(stored.object(uid)));
     }
     const ObjectInfo target = stored.object(parent);
     if (!target.isValid()) {
         *debug = QStringLiteral("parent %1 not found").arg(parent);
-        return tr("Родительский объект %1 не найден").arg(parent);
+        return TaskExecutor::tr("Родительский объект %1 не найден").arg(parent);
     }
     if (target.typeName() != OT_FIRM && target.typeName() != OT_DEPARTMENT) {
         *debug = QStringLiteral("parent %1 of type %2 cannot hold %3").arg(parent).arg(target.typeName(), type);
         const QString name = NVGlobals::objectName(target).isEmpty() ? QString::number(parent) : NVGlobals::objectName(target);
-        return department ? tr("Подразделение может находиться только в организации или в другом подразделении, "
+        return department ? TaskExecutor::tr("Подразделение может находиться только в организации или в другом подразделении, "
                                "а %1 не организация и не подразделение")
                                 .arg(name)
-                          : tr("Сотрудник может находиться только в организации или в подразделении, "
+                          : TaskExecutor::tr("Сотрудник может находиться только в организации или в подразделении, "
                                "а %1 не организация и не подразделение")
                                 .arg(name);
     }
@@ -104,7 +101,7 @@ QString placementRefusal(const QString &type, TYPE_ID uid, TYPE_ID parent, const
     for (ObjectInfo up = target; up.isValid() && up.uid() != SUBJECT_ROOT_UID; up = stored.object(up.parent())) {
         if (up.uid() == uid || ++steps > 100000) {
             *debug = QStringLiteral("department %1 below its own descendant %2").arg(uid).arg(parent);
-            return tr("Подразделение %1 нельзя перенести в подчиненное ему подразделение %2")
+            return TaskExecutor::tr("Подразделение %1 нельзя перенести в подчиненное ему подразделение %2")
                 .arg(NVGlobals::objectName(stored.object(uid)), NVGlobals::objectName(target));
         }
     }
@@ -187,7 +184,7 @@ public:
         if (!object)
             return notFound(task.uid);
         if (type != object->typeName())
-            return failure(tr("Тип объекта %1 (%2) не совпадает с типом в задаче (%3)")
+            return failure(TaskExecutor::tr("Тип объекта %1 (%2) не совпадает с типом в задаче (%3)")
                                .arg(task.uid)
                                .arg(object->typeName(), type),
                            QStringLiteral("object_type %1 does not match %2").arg(type, object->typeName()));
@@ -220,8 +217,8 @@ public:
     Outcome createObject(const TaskInfo &task, const QString &type) const
     {
         if (type != OT_FIRM && type != OT_DEPARTMENT && type != OT_WORKER) {
-            return failure(type.isEmpty() ? tr("Объект не создан: не указан тип объекта")
-                                          : tr("Объект не создан: объекты типа %1 так не создаются").arg(type),
+            return failure(type.isEmpty() ? TaskExecutor::tr("Объект не создан: не указан тип объекта")
+                                          : TaskExecutor::tr("Объект не создан: объекты типа %1 так не создаются").arg(type),
                            QStringLiteral("cannot create object_type '%1'").arg(type));
         }
         QHash<QString, QString> parameters;
@@ -229,14 +226,14 @@ public:
         splitProperties(task, true, &parameters, &blobs);
         const QString nameKey = type == OT_WORKER ? db::worker::LAST_NAME : db::common::NAME;
         if (parameters.value(nameKey).trimmed().isEmpty()) {
-            const QString why = type == OT_FIRM         ? tr("Организация не создана: не задано название")
-                                : type == OT_DEPARTMENT ? tr("Подразделение не создано: не задано название")
-                                                        : tr("Сотрудник не создан: не задана фамилия");
+            const QString why = type == OT_FIRM         ? TaskExecutor::tr("Организация не создана: не задано название")
+                                : type == OT_DEPARTMENT ? TaskExecutor::tr("Подразделение не создано: не задано название")
+                                                        : TaskExecutor::tr("Сотрудник не создан: не задана фамилия");
             return failure(why, QStringLiteral("new %1 without %2").arg(type, nameKey));
         }
         const TYPE_ID parent = parentOf(task);
         if (parent == 0)
-            return failure(tr("Объект не создан: не указан родительский объект"),
+            return failure(TaskExecutor::tr("Объект не создан: не указан родительский объект"),
                            QStringLiteral("new %1 without parent").arg(type));
 
         ObjectInfo object(0, type, parameters);
@@ -264,7 +261,7 @@ public:
         bool ok = false;
         const quint64 number = numberText.toULongLong(&ok);
         if (!ok || number == 0)
-            return failure(tr("Карта не создана: неверный номер карты \"%1\"").arg(numberText),
+            return failure(TaskExecutor::tr("Карта не создана: неверный номер карты \"%1\"").arg(numberText),
                            QStringLiteral("bad card number: %1").arg(numberText));
         parameters.insert(db::card::NUMBER, QString::number(number));
         parameters.insert(db::card::OWNER, QString::number(owner));
@@ -276,7 +273,7 @@ public:
             const ObjectInfo employee = stored.object(owner);
             if (owner == 0 || employee.typeName() != OT_WORKER) {
                 debug = QStringLiteral("card owner not found: %1").arg(owner);
-                return tr("Карта не создана: сотрудник %1 не найден").arg(owner);
+                return TaskExecutor::tr("Карта не создана: сотрудник %1 не найден").arg(owner);
             }
             const TYPE_ID held = stored.cardWithNumber(QString::number(number));
             if (held == 0)
@@ -287,7 +284,7 @@ public:
             const ObjectInfo person = stored.object(holder);
             const QString whose = person.isValid() ? NVGlobals::objectName(person) : QString::number(holder);
             debug = QStringLiteral("card number %1 already held by card %2").arg(numberText).arg(held);
-            return tr("Карта с номером %1 уже выдана: %2. Одну карту нельзя выдать дважды").arg(numberText, whose);
+            return TaskExecutor::tr("Карта с номером %1 уже выдана: %2. Одну карту нельзя выдать дважды").arg(numberText, whose);
         };
         QString error;
         const TYPE_ID uid = storage->createObject(CARD_DATANAME, card, blobs, condition, &error);
@@ -304,8 +301,8 @@ public:
         const QString dateText = task.params.value(QStringLiteral("date")).toString().trimmed();
         const QDate date = QDate::fromString(dateText, Qt::ISODate);
         if (!date.isValid())
-            return failure(dateText.isEmpty() ? tr("Сотрудник не уволен: не указана дата увольнения")
-                                              : tr("Сотрудник не уволен: неверная дата увольнения \"%1\"").arg(dateText),
+            return failure(dateText.isEmpty() ? TaskExecutor::tr("Сотрудник не уволен: не указана дата увольнения")
+                                              : TaskExecutor::tr("Сотрудник не уволен: неверная дата увольнения \"%1\"").arg(dateText),
                            QStringLiteral("bad dismissal date: '%1'").arg(dateText));
         const QHash<QString, QString> changes = {
             {db::common::OBJECTSTATE, db::common::STATE_FIRED},
@@ -318,15 +315,15 @@ public:
             const ObjectInfo employee = stored.object(uid);
             if (!employee.isValid()) {
                 debug = QStringLiteral("object not found: %1").arg(uid);
-                return tr("Объект %1 не найден").arg(uid);
+                return TaskExecutor::tr("Объект %1 не найден").arg(uid);
             }
             if (employee.typeName() != OT_WORKER) {
                 debug = QStringLiteral("dismissing %1 of type %2").arg(uid).arg(employee.typeName());
-                return tr("Объект %1 не сотрудник: уволить можно только сотрудника").arg(uid);
+                return TaskExecutor::tr("Объект %1 не сотрудник: уволить можно только сотрудника").arg(uid);
             }
             if (employee.parameter(db::common::OBJECTSTATE).compare(db::common::STATE_FIRED, Qt::CaseInsensitive) == 0) {
                 debug = QStringLiteral("already dismissed: %1").arg(uid);
-                return tr("Сотрудник %1 уже уволен").arg(NVGlobals::objectName(employee));
+                return TaskExecutor::tr("Сотрудник %1 уже уволен").arg(NVGlobals::objectName(employee));
             }
             return QString();
         };
@@ -347,7 +344,7 @@ public:
         if (ObjectTreeModel *tree = storage->model(ORGSTRUCTURE_DATANAME)) {
             const QModelIndex node = tree->indexOf(task.uid);
             if (node.isValid() && tree->rowCount(node) > 0)
-                return failure(tr("Подразделение %1 не пусто: сначала удалите или переведите сотрудников").arg(task.uid),
+                return failure(TaskExecutor::tr("Подразделение %1 не пусто: сначала удалите или переведите сотрудников").arg(task.uid),
                                QStringLiteral("object %1 is not empty").arg(task.uid));
         }
         QString error;
@@ -402,7 +399,7 @@ void TaskExecutor::runNext()
     const TaskInfo task = d->queue.dequeue();
     const auto handler = d->handlers.constFind(task.command);
     const Outcome outcome = handler == d->handlers.cend()
-                                ? failure(tr("Неизвестная команда: %1").arg(task.command),
+                                ? failure(TaskExecutor::tr("Неизвестная команда: %1").arg(task.command),
                                           QStringLiteral("unknown command %1").arg(task.command))
                                 : (*handler)(task);
     if (outcome.uid == 0) {

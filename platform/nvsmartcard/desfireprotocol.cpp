@@ -209,7 +209,11 @@ int Channel::getVersion(Version &version)
     QByteArray data;
     if (const int code = command(0x60, QByteArray(), data); code != nvcm::OK)
         return code;
-    return parseVersion(data, version) ? nvcm::OK : statusCode(Malformed);
+    if (!parseVersion(data, version)) {
+        qCDebug(lcSmartCard) << "desfire: not a version:" << data.toHex(' ');
+        return statusCode(Malformed);
+    }
+    return nvcm::OK;
 }
 
 int Channel::selectApplication(quint32 aid)

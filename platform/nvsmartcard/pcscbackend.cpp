@@ -337,11 +337,17 @@ struct PcscBackend::Private
     int identify(Session &s, const QString &id)
     {
         desfire::Version version;
-        const int code = channel(s, id).getVersion(version);
+        // The card may still be in a session of an earlier connection (the
+        // reader leaves it powered); selecting the card level ends that.
+        // A Plus knows no applications and refuses, which is no harm.
+        int code = channel(s, id).selectApplication(0);
+        if (code != nvcm::RemoveCard && code != nvcm::NoReader)
+            code = s.channel->getVersion(version);
         if (code == nvcm::RemoveCard || code == nvcm::NoReader)
             return code;
         if (code != nvcm::OK) {
-            qCDebug(lcSmartCard) << "pcsc: the ISO 14443-4 card does not answer GetVersion";
+            qCDebug(lcSmartCard) << "pcsc: the ISO 14443-4 card does not answer GetVersion:" << code << "status"
+                                 << s.channel->lastStatus();
             return nvcm::OK; // an unknown card, still with a UID to read
         }
         const quint32 memory = version.memorySize();

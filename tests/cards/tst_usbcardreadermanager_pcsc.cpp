@@ -259,6 +259,8 @@ void TestUSBCardReaderManagerPcsc::readCard_data()
     // ISO 14443-4 cards: the ATR says nothing, GetVersion tells.
     QTest::newRow("desfire 8K") << QStringLiteral("desfire8k") << 8192 << QStringList() << uid7 << 2;
     QTest::newRow("desfire 2K") << QStringLiteral("desfire2k") << 2048 << QStringList() << uid7 << 2;
+    QTest::newRow("slow desfire 4K") << QStringLiteral("desfire4k") << 4096
+                                     << QStringList{QStringLiteral("--delay"), QStringLiteral("200")} << uid7 << 2;
     QTest::newRow("plus 4K SL3") << QStringLiteral("plussl3") << 4096 << QStringList() << uid7 << 5;
 }
 

@@ -41,8 +41,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (input.isEmpty())
         return 0;
     // First byte: which key; then answers, each a length byte and its bytes.
-    static const Key keys[] = {Key(DesKey, QByteArray(8, '\0')), Key(DesKey, QByteArray(16, '\x11')),
-                               Key(TripleDesKey, QByteArray(24, '\x22')), Key(AesKey, QByteArray(16, '\0'))};
+    static const Key keys[]
+        = { Key(DesKey, QByteArray(8, '\0')), Key(DesKey, QByteArray(16, '\x11')),
+            Key(TripleDesKey, QByteArray(24, '\x22')), Key(AesKey, QByteArray(16, '\0')) };
     const Key &key = keys[uchar(input[0]) % 4];
     int at = 1;
     Channel channel([&](const QByteArray &apdu, QByteArray &answer) {

@@ -43,8 +43,9 @@ struct Rig
             return;
         }
         reader = readers.first();
-        card.start(QStringLiteral(CARDEMU_PATH), {QStringLiteral("--type"), QStringLiteral("desfire8k"),
-                                                  QStringLiteral("--master-key"), QString(32, QLatin1Char('0'))});
+        card.start(QStringLiteral(CARDEMU_PATH),
+                   { QStringLiteral("--type"), QStringLiteral("desfire8k"), QStringLiteral("--master-key"),
+                     QString(32, QLatin1Char('0')) });
         if (!card.waitForStarted() || backend->waitForCard(reader, 10000) != nvcm::OK)
             error = QStringLiteral("the emulated card did not come up");
     }

@@ -198,7 +198,8 @@ QByteArray sessionKey(Cipher cipher, const QByteArray &rndA, const QByteArray &r
     case Cipher::TwoKey3Des:
         return rndA.left(4) + rndB.left(4) + rndA.mid(4, 4) + rndB.mid(4, 4);
     case Cipher::ThreeKey3Des:
-        return rndA.left(4) + rndB.left(4) + rndA.mid(6, 4) + rndB.mid(6, 4) + rndA.mid(12, 4) + rndB.mid(12, 4);
+        return rndA.left(4) + rndB.left(4) + rndA.mid(6, 4) + rndB.mid(6, 4) + rndA.mid(12, 4)
+            + rndB.mid(12, 4);
     case Cipher::Aes:
         return rndA.left(4) + rndB.left(4) + rndA.mid(12, 4) + rndB.mid(12, 4);
     case Cipher::None:

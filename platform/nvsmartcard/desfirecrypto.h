@@ -14,10 +14,10 @@ namespace nvsmartcard::desfire {
 
 enum class Cipher {
     None,
-    Des,          // 8-byte key
-    TwoKey3Des,   // 16-byte key K1 K2 (K1 == K2 acts as single DES)
+    Des, // 8-byte key
+    TwoKey3Des, // 16-byte key K1 K2 (K1 == K2 acts as single DES)
     ThreeKey3Des, // 24-byte key
-    Aes,          // AES-128
+    Aes, // AES-128
 };
 
 // The cipher a key of this type and length is for; None when they do not fit.

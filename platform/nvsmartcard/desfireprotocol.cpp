@@ -94,7 +94,10 @@ uchar keyCountByte(Cipher cipher, int keys)
     return uchar(flags | (keys & 0x0F));
 }
 
-Channel::Channel(Transport transport) : m_transport(std::move(transport)) {}
+Channel::Channel(Transport transport)
+    : m_transport(std::move(transport))
+{
+}
 
 void Channel::setRandom(std::function<QByteArray(int)> random)
 {
@@ -165,13 +168,14 @@ int Channel::command(uchar cmd, const QByteArray &payload, QByteArray &answer, i
     const int frames = std::max(1, int((body.size() + FrameBytes - 1) / FrameBytes));
     Frame frame;
     for (int i = 0; i < frames; ++i) {
-        if (const int code = exchange(wrapCommand(i == 0 ? cmd : uchar(AdditionalFrame), body.mid(i * FrameBytes, FrameBytes)),
-                                      frame);
+        if (const int code = exchange(
+                wrapCommand(i == 0 ? cmd : uchar(AdditionalFrame), body.mid(i * FrameBytes, FrameBytes)),
+                frame);
             code != nvcm::OK)
             return code;
         if (i + 1 < frames && frame.status != AdditionalFrame) {
-            qCDebug(lcSmartCard) << "desfire: command" << Qt::hex << cmd << "stopped at frame" << Qt::dec << i + 1 << "of"
-                                 << frames << "with status" << Qt::hex << frame.status;
+            qCDebug(lcSmartCard) << "desfire: command" << Qt::hex << cmd << "stopped at frame" << Qt::dec
+                                 << i + 1 << "of" << frames << "with status" << Qt::hex << frame.status;
             return statusCode(frame.status == Ok ? Malformed : frame.status);
         }
         if (progress)
@@ -227,7 +231,8 @@ int Channel::authenticate(int keyNo, const Key &key)
 {
     const Cipher cipher = cipherFor(key.type, key.data.size());
     if (cipher == Cipher::None) {
-        qCDebug(lcSmartCard) << "desfire: a key of type" << key.type << "cannot be" << key.data.size() << "bytes";
+        qCDebug(lcSmartCard) << "desfire: a key of type" << key.type << "cannot be" << key.data.size()
+                             << "bytes";
         return nvcm::NotSupported;
     }
     dropSession();
@@ -249,7 +254,8 @@ int Channel::authenticate(int keyNo, const Key &key)
         return nvcm::CommunicationError;
     // The native protocol deciphers what it sends and starts each message
     // from a zero IV; the ISO and AES ones encrypt and chain the IV on.
-    const QByteArray token = native ? k.decipherSend(rndA + rotateLeft(rndB)) : k.encryptCbc(rndA + rotateLeft(rndB), iv);
+    const QByteArray token
+        = native ? k.decipherSend(rndA + rotateLeft(rndB)) : k.encryptCbc(rndA + rotateLeft(rndB), iv);
     if (const int code = exchange(wrapCommand(AdditionalFrame, token), frame); code != nvcm::OK)
         return code;
     if (frame.status != Ok)
@@ -301,15 +307,18 @@ int Channel::createStdDataFile(int fileNo, quint16 access, quint32 size)
 {
     // Communication mode 1: the data travels in clear with a MAC.
     QByteArray answer;
-    return command(0xCD, QByteArray(1, char(fileNo)) + '\x01' + littleEndian(access, 2) + littleEndian(size, 3), answer);
+    return command(
+        0xCD, QByteArray(1, char(fileNo)) + '\x01' + littleEndian(access, 2) + littleEndian(size, 3), answer);
 }
 
 int Channel::writeData(int fileNo, quint32 offset, const QByteArray &data, const ProgressCallback &progress)
 {
-    QByteArray payload = QByteArray(1, char(fileNo)) + littleEndian(offset, 3) + littleEndian(quint32(data.size()), 3) + data;
+    QByteArray payload = QByteArray(1, char(fileNo)) + littleEndian(offset, 3)
+        + littleEndian(quint32(data.size()), 3) + data;
     if (m_kind == Session::Native) {
         QByteArray iv(m_session.blockSize(), '\0');
-        payload += m_session.encryptCbc(zeroPad(data, m_session.blockSize()), iv).right(8).left(NativeMacBytes);
+        payload
+            += m_session.encryptCbc(zeroPad(data, m_session.blockSize()), iv).right(8).left(NativeMacBytes);
     }
     QByteArray answer;
     return command(0x3D, payload, answer, MacCommand, progress);
@@ -318,7 +327,8 @@ int Channel::writeData(int fileNo, quint32 offset, const QByteArray &data, const
 int Channel::readData(int fileNo, quint32 offset, quint32 length, QByteArray &data)
 {
     QByteArray answer;
-    if (const int code = command(0xBD, QByteArray(1, char(fileNo)) + littleEndian(offset, 3) + littleEndian(length, 3), answer);
+    if (const int code = command(
+            0xBD, QByteArray(1, char(fileNo)) + littleEndian(offset, 3) + littleEndian(length, 3), answer);
         code != nvcm::OK)
         return code;
     if (m_kind == Session::Native) {
@@ -371,7 +381,8 @@ int Channel::changeKey(uchar keyNo, const Key &newKey, const Key &oldKey)
         cryptogram = m_session.decipherSend(zeroPad(plain, block));
     }
     QByteArray answer;
-    const int code = command(0xC4, QByteArray(1, char(keyNo)) + cryptogram, answer, Encrypted | (same ? NoAnswerMac : 0));
+    const int code = command(0xC4, QByteArray(1, char(keyNo)) + cryptogram, answer,
+                             Encrypted | (same ? NoAnswerMac : 0));
     if (code == nvcm::OK && same)
         dropSession(); // the key the session stood on is gone
     return code;

@@ -42,9 +42,9 @@ NVSMARTCARD_EXPORT QByteArray wrapCommand(uchar command, const QByteArray &data)
 struct NVSMARTCARD_EXPORT Version
 {
     uchar vendor = 0;
-    uchar type = 0;       // 1 DESFire, 2 Plus
+    uchar type = 0; // 1 DESFire, 2 Plus
     uchar majorVersion = 0;
-    uchar storage = 0;    // 2^(n/2) bytes, a little more when n is odd
+    uchar storage = 0; // 2^(n/2) bytes, a little more when n is odd
     QByteArray uid;
 
     bool isDesfire() const { return type == 0x01; }

@@ -26,7 +26,9 @@ QByteArray hex(const char *text)
 
 const char *evpCmacCipher(Cipher cipher)
 {
-    return cipher == Cipher::Aes ? "AES-128-CBC" : cipher == Cipher::ThreeKey3Des ? "DES-EDE3-CBC" : "DES-EDE-CBC";
+    return cipher == Cipher::Aes         ? "AES-128-CBC"
+        : cipher == Cipher::ThreeKey3Des ? "DES-EDE3-CBC"
+                                         : "DES-EDE-CBC";
 }
 
 // The standard CMAC (zero IV) through OpenSSL's MAC interface.
@@ -35,13 +37,15 @@ QByteArray evpCmac(Cipher cipher, const QByteArray &key, const QByteArray &messa
     const QByteArray k = cipher == Cipher::Des ? key + key : key;
     EVP_MAC *mac = EVP_MAC_fetch(nullptr, "CMAC", nullptr);
     EVP_MAC_CTX *ctx = EVP_MAC_CTX_new(mac);
-    OSSL_PARAM params[] = {
-        OSSL_PARAM_construct_utf8_string(OSSL_MAC_PARAM_CIPHER, const_cast<char *>(evpCmacCipher(cipher)), 0),
-        OSSL_PARAM_construct_end()};
+    OSSL_PARAM params[] = { OSSL_PARAM_construct_utf8_string(OSSL_MAC_PARAM_CIPHER,
+                                                             const_cast<char *>(evpCmacCipher(cipher)), 0),
+                            OSSL_PARAM_construct_end() };
     unsigned char out[16];
     size_t length = 0;
-    const bool ok = EVP_MAC_init(ctx, reinterpret_cast<const uchar *>(k.constData()), size_t(k.size()), params) == 1
-        && EVP_MAC_update(ctx, reinterpret_cast<const uchar *>(message.constData()), size_t(message.size())) == 1
+    const bool ok
+        = EVP_MAC_init(ctx, reinterpret_cast<const uchar *>(k.constData()), size_t(k.size()), params) == 1
+        && EVP_MAC_update(ctx, reinterpret_cast<const uchar *>(message.constData()), size_t(message.size()))
+            == 1
         && EVP_MAC_final(ctx, out, &length, sizeof out) == 1;
     EVP_MAC_CTX_free(ctx);
     EVP_MAC_free(mac);
@@ -59,7 +63,11 @@ QByteArray xorBlock(QByteArray a, const QByteArray &b)
 class AuthCard
 {
 public:
-    AuthCard(Cipher cipher, const QByteArray &key, const QByteArray &rndB) : m_key(cipher, key), m_rndB(rndB) {}
+    AuthCard(Cipher cipher, const QByteArray &key, const QByteArray &rndB)
+        : m_key(cipher, key)
+        , m_rndB(rndB)
+    {
+    }
 
     int answer(const QByteArray &apdu, QByteArray &reply)
     {
@@ -147,11 +155,13 @@ void TestDesfireCrypto::knownAnswers_data()
     // Two equal halves are single DES, which is how the card stores DES keys.
     QTest::newRow("2K3DES, equal halves") << Cipher::TwoKey3Des << hex("133457799BBCDFF1 133457799BBCDFF1")
                                           << hex("0123456789ABCDEF") << hex("85E813540F0AB405");
-    QTest::newRow("TDEA, three keys") << Cipher::ThreeKey3Des << hex("0123456789ABCDEF 23456789ABCDEF01 456789ABCDEF0123")
-                                      << QByteArray("The qufck brown fox jump")
-                                      << hex("A826FD8CE53B855F CCE21C8112256FE6 68D5C05DD9B6B900");
+    QTest::newRow("TDEA, three keys")
+        << Cipher::ThreeKey3Des << hex("0123456789ABCDEF 23456789ABCDEF01 456789ABCDEF0123")
+        << QByteArray("The qufck brown fox jump")
+        << hex("A826FD8CE53B855F CCE21C8112256FE6 68D5C05DD9B6B900");
     QTest::newRow("AES-128") << Cipher::Aes << hex("000102030405060708090A0B0C0D0E0F")
-                             << hex("00112233445566778899AABBCCDDEEFF") << hex("69C4E0D86A7B0430D8CDB78070B4C55A");
+                             << hex("00112233445566778899AABBCCDDEEFF")
+                             << hex("69C4E0D86A7B0430D8CDB78070B4C55A");
 }
 
 void TestDesfireCrypto::knownAnswers()
@@ -185,7 +195,8 @@ void TestDesfireCrypto::cmacVectors_data()
     const QByteArray m = hex("6BC1BEE22E409F96E93D7E117393172A AE2D8A571E03AC9C9EB76FAC45AF8E51"
                              "30C81C46A35CE411E5FBC1191A0A52EF F69F2445DF4F9B17AD2B417BE66C3710");
     const QByteArray aes = hex("2B7E151628AED2A6ABF7158809CF4F3C");
-    QTest::newRow("AES, empty") << Cipher::Aes << aes << QByteArray() << hex("BB1D6929E95937287FA37D129B756746");
+    QTest::newRow("AES, empty") << Cipher::Aes << aes << QByteArray()
+                                << hex("BB1D6929E95937287FA37D129B756746");
     QTest::newRow("AES, 16") << Cipher::Aes << aes << m.left(16) << hex("070A16B46B4D4144F79BDD9DD04A287C");
     QTest::newRow("AES, 40") << Cipher::Aes << aes << m.left(40) << hex("DFA66747DE9AE63030CA32611497C827");
     QTest::newRow("AES, 64") << Cipher::Aes << aes << m << hex("51F0BEBF7E3B9D92FC49741779363CFE");
@@ -280,13 +291,15 @@ void TestDesfireCrypto::authentication_data()
                                  << hex("99AABBCCDDEEFF00") << hex("1122334499AABBCC") << true;
     // A 2K3DES key of two equal halves runs a single DES session.
     QTest::newRow("2K3DES as DES") << int(DesKey) << hex("00112233445566770011223344556677")
-                                   << hex("1122334455667788") << hex("99AABBCCDDEEFF00") << hex("1122334499AABBCC")
-                                   << true;
+                                   << hex("1122334455667788") << hex("99AABBCCDDEEFF00")
+                                   << hex("1122334499AABBCC") << true;
     QTest::newRow("2K3DES, native") << int(DesKey) << hex("00112233445566778899AABBCCDDEEFF")
                                     << hex("1122334455667788") << hex("99AABBCCDDEEFF00")
                                     << hex("1122334499AABBCC55667788DDEEFF00") << true;
-    QTest::newRow("3K3DES, ISO") << int(TripleDesKey) << hex("000102030405060708090A0B0C0D0E0F1011121314151617")
-                                 << hex("000102030405060708090A0B0C0D0E0F") << hex("F0F1F2F3F4F5F6F7F8F9FAFBFCFDFEFF")
+    QTest::newRow("3K3DES, ISO") << int(TripleDesKey)
+                                 << hex("000102030405060708090A0B0C0D0E0F1011121314151617")
+                                 << hex("000102030405060708090A0B0C0D0E0F")
+                                 << hex("F0F1F2F3F4F5F6F7F8F9FAFBFCFDFEFF")
                                  << hex("00010203F0F1F2F306070809F6F7F8F90C0D0E0FFCFDFEFF") << false;
     QTest::newRow("AES") << int(AesKey) << hex("00000000000000000000000000000000")
                          << hex("000102030405060708090A0B0C0D0E0F") << hex("F0F1F2F3F4F5F6F7F8F9FAFBFCFDFEFF")
@@ -305,7 +318,8 @@ void TestDesfireCrypto::authentication()
     QFETCH(bool, native);
     const Cipher cipher = cipherFor(keyType, key.size());
     AuthCard card(cipher, key, rndB);
-    Channel channel([&card](const QByteArray &apdu, QByteArray &answer) { return card.answer(apdu, answer); });
+    Channel channel(
+        [&card](const QByteArray &apdu, QByteArray &answer) { return card.answer(apdu, answer); });
     channel.setRandom([&rndA](int n) { return rndA.left(n); });
     QCOMPARE(channel.authenticate(0, Key(keyType, key)), int(nvcm::OK));
     QCOMPARE(card.rndA, rndA);
@@ -314,7 +328,8 @@ void TestDesfireCrypto::authentication()
     const QByteArray data("abc");
     // The card here answers without a MAC: only the native channel, which
     // carries none on plain answers, takes that.
-    QCOMPARE(channel.writeData(1, 0, data, ProgressCallback()), int(native ? nvcm::OK : nvcm::CommunicationError));
+    QCOMPARE(channel.writeData(1, 0, data, ProgressCallback()),
+             int(native ? nvcm::OK : nvcm::CommunicationError));
     const QByteArray apdu = card.apdus.last();
     const QByteArray sent = apdu.mid(5, uchar(apdu[4]));
     const Cipher sessionCipher = session.size() == 8 ? Cipher::Des : cipher;
@@ -331,7 +346,8 @@ void TestDesfireCrypto::authentication()
 
     // A wrong key is refused by the card as an authorisation failure.
     AuthCard other(cipher, key, rndB);
-    Channel refused([&other](const QByteArray &bytes, QByteArray &answer) { return other.answer(bytes, answer); });
+    Channel refused(
+        [&other](const QByteArray &bytes, QByteArray &answer) { return other.answer(bytes, answer); });
     QByteArray wrong = key;
     wrong[0] = char(wrong[0] ^ 0x02);
     QCOMPARE(refused.authenticate(0, Key(keyType, wrong)), int(nvcm::AuthError));

@@ -10,7 +10,7 @@ using namespace nvsmartcard::desfire;
 namespace {
 
 constexpr int FrameBytes = 59;
-constexpr quint32 AppCost = 64;   // application and its key set
+constexpr quint32 AppCost = 64; // application and its key set
 constexpr quint32 BlockBytes = 32;
 
 QByteArray status(uchar s)
@@ -67,8 +67,10 @@ const char *cipherName(Cipher c)
 
 Cipher cipherNamed(const QByteArray &name)
 {
-    return name == "aes" ? Cipher::Aes : name == "3k3des" ? Cipher::ThreeKey3Des : name == "2k3des" ? Cipher::TwoKey3Des
-                                                                                                     : Cipher::None;
+    return name == "aes"   ? Cipher::Aes
+        : name == "3k3des" ? Cipher::ThreeKey3Des
+        : name == "2k3des" ? Cipher::TwoKey3Des
+                           : Cipher::None;
 }
 
 int storedLength(Cipher c)
@@ -89,11 +91,11 @@ bool DesfireCard::keyFromHex(const QByteArray &hex, Key &key)
     if (bytes.toHex() != hex.toLower())
         return false;
     if (bytes.size() == 8)
-        key = Key{Cipher::TwoKey3Des, bytes + bytes};
+        key = Key { Cipher::TwoKey3Des, bytes + bytes };
     else if (bytes.size() == 16)
-        key = Key{Cipher::Aes, bytes};
+        key = Key { Cipher::Aes, bytes };
     else if (bytes.size() == 24)
-        key = Key{Cipher::ThreeKey3Des, bytes};
+        key = Key { Cipher::ThreeKey3Des, bytes };
     else
         return false;
     return true;
@@ -131,14 +133,14 @@ bool DesfireCard::load(const QByteArray &text)
         } else if (f.first() == "uid" && f.size() == 2) {
             uid = QByteArray::fromHex(f[1]);
         } else if (f.first() == "master" && f.size() == 3) {
-            master = Key{cipherNamed(f[1]), QByteArray::fromHex(f[2])};
+            master = Key { cipherNamed(f[1]), QByteArray::fromHex(f[2]) };
             ok = master.cipher != Cipher::None;
         } else if (f.first() == "app" && f.size() == 5) {
             Application app;
             app.settings = uchar(f[2].toUInt(&ok, 16));
             app.cipher = cipherNamed(f[3]);
             for (const QByteArray &k : f[4].split(','))
-                app.keys.push_back(Key{app.cipher, QByteArray::fromHex(k)});
+                app.keys.push_back(Key { app.cipher, QByteArray::fromHex(k) });
             apps[f[1].toUInt(nullptr, 16)] = app;
             ok = ok && app.cipher != Cipher::None;
         } else if (f.first() == "file" && f.size() == 6) {
@@ -295,13 +297,17 @@ QByteArray DesfireCard::answer(const QByteArray &apdu, bool &pull)
             return error(0xF0);
         const quint16 a = file->second.access;
         const int w = (a >> 8) & 0xF, rw = (a >> 4) & 0xF;
-        const bool allowed = w == 0xE || rw == 0xE || (m_session != Session::None && (m_keyNo == w || m_keyNo == rw));
+        const bool allowed
+            = w == 0xE || rw == 0xE || (m_session != Session::None && (m_keyNo == w || m_keyNo == rw));
         if (!allowed)
             return error(0x9D);
         const quint32 offset = le(data, 1, 3), length = le(data, 4, 3);
         if (quint64(offset) + length > quint64(file->second.data.size()))
             return error(0xBE);
-        const int mac = file->second.comm != 1 ? 0 : m_session == Session::Ev1 ? 8 : m_session == Session::Native ? 4 : 0;
+        const int mac = file->second.comm != 1 ? 0
+            : m_session == Session::Ev1        ? 8
+            : m_session == Session::Native     ? 4
+                                               : 0;
         if (pullAfter >= 0 && writes >= pullAfter) {
             pull = true;
             return QByteArray();
@@ -384,7 +390,7 @@ QByteArray DesfireCard::process(uchar cmd, const QByteArray &payload, bool &pull
         QByteArray third = uid + QByteArray::fromHex("BA653416402613");
         if (m_session == Session::Ev1)
             third += m_cipher.cmac(first + second + third + '\0', m_iv).left(8);
-        m_outFrames = {second + status(0xAF), third + status(0x00)};
+        m_outFrames = { second + status(0xAF), third + status(0x00) };
         return first + status(0xAF);
     }
     case 0x5A: {
@@ -426,7 +432,7 @@ QByteArray DesfireCard::process(uchar cmd, const QByteArray &payload, bool &pull
         app.settings = uchar(payload[3]);
         const uchar kind = uchar(payload[4]) & 0xC0;
         app.cipher = kind == 0x80 ? Cipher::Aes : kind == 0x40 ? Cipher::ThreeKey3Des : Cipher::TwoKey3Des;
-        app.keys.assign(size_t(count), Key{app.cipher, QByteArray(storedLength(app.cipher), '\0')});
+        app.keys.assign(size_t(count), Key { app.cipher, QByteArray(storedLength(app.cipher), '\0') });
         apps[aid] = app;
         dump();
         return ok();
@@ -530,9 +536,9 @@ QByteArray DesfireCard::changeKey(const QByteArray &payload)
             return error(0x40);
         const int rule = app.settings >> 4;
         const bool allowed = k == 0 ? m_keyNo == 0 && (app.settings & 0x01)
-            : rule == 0xE            ? m_keyNo == k
-            : rule == 0xF            ? false
-                                     : m_keyNo == rule;
+            : rule == 0xE           ? m_keyNo == k
+            : rule == 0xF           ? false
+                                    : m_keyNo == rule;
         if (!allowed)
             return error(0x9D);
         cipher = app.cipher;
@@ -561,7 +567,7 @@ QByteArray DesfireCard::changeKey(const QByteArray &payload)
     }
     if (!good || plain.size() < length)
         return error(0x1E);
-    *target = Key{cipher, fresh.left(storedLength(cipher))};
+    *target = Key { cipher, fresh.left(storedLength(cipher)) };
     dump();
     if (same) {
         m_session = Session::None;

@@ -38,7 +38,7 @@ public:
     int kilobytes = 8;
     bool plus = false; // a Plus in level 3: answers GetVersion only
     QByteArray uid = QByteArray::fromHex("04C0DE12345680");
-    Key master{nvsmartcard::desfire::Cipher::TwoKey3Des, QByteArray(16, '\0')};
+    Key master { nvsmartcard::desfire::Cipher::TwoKey3Des, QByteArray(16, '\0') };
     std::map<quint32, Application> apps;
 
     // Writes after which the card leaves (WriteData frames); -1 never.

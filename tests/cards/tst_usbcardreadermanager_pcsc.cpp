@@ -504,6 +504,26 @@ void TestUSBCardReaderManagerPcsc::desfireNewKeysAreNeededAfterwards()
     QVERIFY(run(m_manager->writeWorkerTemplates_v2(Reader, {}, QByteArray(100, 'k'))));
     QVERIFY2(m_rec->events.contains(WrittenText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
     QVERIFY(m_card->desfireFile().startsWith(cardblocks::prepareData_v2({}, 0x04C0DE12345680ull, QByteArray(100, 'k'))));
+
+    // What the backend reads back through the session's MACs is the file.
+    auto keyOf = [](const QString &hex) {
+        const QByteArray bytes = QByteArray::fromHex(hex.toLatin1());
+        return nvsmartcard::Key(bytes.size() == 8    ? nvsmartcard::DesKey
+                                    : bytes.size() == 24 ? nvsmartcard::TripleDesKey
+                                                         : nvsmartcard::AesKey,
+                                bytes);
+    };
+    nvsc::MifareDESFireSettings settings;
+    settings.masterKey = keyOf(master);
+    settings.appKey = keyOf(app);
+    nvcm::SCardInfo info;
+    QByteArray read;
+    QCOMPARE(m_backend->openDevice(m_reader), int(nvcm::OK));
+    QCOMPARE(m_backend->getCard(m_reader, info), int(nvcm::OK));
+    QCOMPARE(m_backend->authorize(m_reader, settings), int(nvcm::OK));
+    QCOMPARE(m_backend->readData(m_reader, settings, read), int(nvcm::OK));
+    m_backend->closeDevice(m_reader);
+    QCOMPARE(read.toHex(), m_card->desfireFile().toHex());
 }
 
 void TestUSBCardReaderManagerPcsc::desfirePulledMidWrite()

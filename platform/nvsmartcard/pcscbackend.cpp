@@ -485,6 +485,21 @@ struct PcscBackend::Private
                 return code;
             s.appReady = false;
         }
+        if (!settings.appKey.isEmpty() && settings.appKeyNr != 0) {
+            // Key 0 rules the application's files and settings: left at
+            // the factory value, anyone could delete the data file.
+            s.appReady = false;
+            if (const int code = ch.selectApplication(settings.appId); code != nvcm::OK)
+                return code;
+            int code = ch.authenticate(0, settings.appKey);
+            if (code == nvcm::AuthError) {
+                code = ch.authenticate(0, Key(settings.appKey.type, nvsc::MifareDESFireSettings::defaultKey(settings.appKey.type)));
+                if (code == nvcm::OK)
+                    code = ch.changeKey(0, settings.appKey);
+            }
+            if (code != nvcm::OK)
+                return code;
+        }
         if (!settings.masterKey.isEmpty() && settings.masterKey != s.masterKey) {
             int code = ch.selectApplication(0);
             if (code == nvcm::OK)

@@ -114,12 +114,13 @@ QList<int> trailers(int memSize)
     return list;
 }
 
-ObjectInfo desfireProfile(TYPE_ID uid, const QString &master, const QString &app)
+ObjectInfo desfireProfile(TYPE_ID uid, const QString &master, const QString &app, int appKeyNr = 0)
 {
     return ObjectInfo(uid, OT_SMARTCARD_PROFILE,
                       {{db::scardprofile::common::NAME, QStringLiteral("profile %1").arg(uid)},
                        {db::scardprofile::mfdesfire::KEY_MASTER, master},
-                       {db::scardprofile::mfdesfire::KEY_APP, app}});
+                       {db::scardprofile::mfdesfire::KEY_APP, app},
+                       {db::scardprofile::mfdesfire::KEY_APP_NR, QString::number(appKeyNr)}});
 }
 
 // A key as the card keeps it: its cipher, DES doubled to 16 bytes.
@@ -461,13 +462,18 @@ void TestUSBCardReaderManagerPcsc::desfireNewKeysAreNeededAfterwards_data()
     QTest::addColumn<QString>("factory");
     QTest::addColumn<QString>("master");
     QTest::addColumn<QString>("app");
+    QTest::addColumn<int>("appKeyNr");
     QTest::newRow("DES") << QString(16, QLatin1Char('0')) << QStringLiteral("0011223344556677")
-                         << QStringLiteral("A0A1A2A3A4A5A6A7");
+                         << QStringLiteral("A0A1A2A3A4A5A6A7") << 0;
     QTest::newRow("AES") << QString(32, QLatin1Char('0')) << QStringLiteral("00112233445566778899AABBCCDDEEFF")
-                         << QStringLiteral("A0A1A2A3A4A5A6A7A8A9AAABACADAEAF");
+                         << QStringLiteral("A0A1A2A3A4A5A6A7A8A9AAABACADAEAF") << 0;
+    // The data file answers to the profile's key number, not to key 0.
+    QTest::newRow("AES, application key 2")
+        << QString(32, QLatin1Char('0')) << QStringLiteral("00112233445566778899AABBCCDDEEFF")
+        << QStringLiteral("A0A1A2A3A4A5A6A7A8A9AAABACADAEAF") << 2;
     QTest::newRow("3K3DES") << QString(48, QLatin1Char('0'))
                             << QStringLiteral("00112233445566778899AABBCCDDEEFF0011223344556677")
-                            << QStringLiteral("A0A1A2A3A4A5A6A7A8A9AAABACADAEAFB0B1B2B3B4B5B6B7");
+                            << QStringLiteral("A0A1A2A3A4A5A6A7A8A9AAABACADAEAFB0B1B2B3B4B5B6B7") << 0;
 }
 
 void TestUSBCardReaderManagerPcsc::desfireNewKeysAreNeededAfterwards()
@@ -475,16 +481,24 @@ void TestUSBCardReaderManagerPcsc::desfireNewKeysAreNeededAfterwards()
     QFETCH(QString, factory);
     QFETCH(QString, master);
     QFETCH(QString, app);
+    QFETCH(int, appKeyNr);
     QString other = master;
     other[0] = QLatin1Char('F');
     QVERIFY(LocalStorage::instance()->putObjects(SMARTCARD_PROFILE_DATANAME,
-                                                 {desfireProfile(311, master, app), desfireProfile(312, other, app)}));
+                                                 {desfireProfile(311, master, app, appKeyNr),
+                                                  desfireProfile(312, other, app, appKeyNr)}));
     QVERIFY(putCard({QStringLiteral("--type"), QStringLiteral("desfire2k"), QStringLiteral("--master-key"), factory}));
     m_manager->setSmartCardProfile(desfireProfile(311, QString(), QString()));
     QVERIFY(run(m_manager->formatCard(Reader)));
     QVERIFY2(m_rec->events.contains(FormattedText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
     QCOMPARE(m_card->desfireLine("master "), "master " + storedDesfireKey(master));
-    QVERIFY2(m_card->desfireLine("app ").endsWith(storedDesfireKey(app)), m_card->desfireLine("app ").constData());
+    const QByteArray appLine = m_card->desfireLine("app ");
+    // The profile's key number holds the key, and so does key 0, which rules the files.
+    const QList<QByteArray> appKeys = appLine.split(' ').last().split(',');
+    QCOMPARE(appKeys.size(), appKeyNr + 1);
+    QCOMPARE(appKeys.at(appKeyNr), storedDesfireKey(app).split(' ').last());
+    QCOMPARE(appKeys.at(0), storedDesfireKey(app).split(' ').last());
+    QVERIFY(appLine.contains(" " + storedDesfireKey(app).split(' ').first() + " "));
 
     // The factory keys and another profile's are refused now, and the
     // refused attempts change nothing.
@@ -516,6 +530,7 @@ void TestUSBCardReaderManagerPcsc::desfireNewKeysAreNeededAfterwards()
     nvsc::MifareDESFireSettings settings;
     settings.masterKey = keyOf(master);
     settings.appKey = keyOf(app);
+    settings.appKeyNr = quint32(appKeyNr);
     nvcm::SCardInfo info;
     QByteArray read;
     QCOMPARE(m_backend->openDevice(m_reader), int(nvcm::OK));

@@ -22,6 +22,12 @@ quint32 blockCardUserMemory(quint32 memSize)
     return quint32(dataBlocksBefore(int(memSize / CardBlockSize))) * CardBlockSize;
 }
 
+quint32 desfireUserMemory(quint32 memSize)
+{
+    constexpr quint32 Overhead = 3 * 32;
+    return memSize > Overhead ? memSize - Overhead : 0;
+}
+
 std::pair<int, int> userDataRange(CardType type, bool plusLevel1, quint32 memSize, quint32 userMemSize,
                                   const nvsc::SmartCardSettings &settings)
 {

@@ -16,6 +16,10 @@ NVSMARTCARD_EXPORT bool isSectorTrailer(int block);
 NVSMARTCARD_EXPORT int dataBlocksBefore(int block);
 // Bytes of user data a Classic or Plus card of this size holds.
 NVSMARTCARD_EXPORT quint32 blockCardUserMemory(quint32 memSize);
+// Bytes of user data a DESFire card of this size holds: it allocates in
+// 32-byte blocks, and the site's application, its key set and the file
+// header take three of them.
+NVSMARTCARD_EXPORT quint32 desfireUserMemory(quint32 memSize);
 
 /**
  * Where the settings put user data on a card: the byte offset into the

@@ -1,6 +1,7 @@
 #include "pcscbackend.h"
 #include "cardatr.h"
 #include "cardlayout.h"
+#include "desfireprotocol.h"
 #include "nvsmartcardlog_p.h"
 
 #include <dbparams.h>
@@ -68,6 +69,36 @@ struct Candidate
     QByteArray key;
 };
 
+// DESFire keys authorisation tries: the legacy key (in legacy mode), the
+// settings' own, then the factory key of the settings' cipher (a card
+// personalised for DES refuses an all-zero AES key and vice versa).
+QVector<Key> desfireCandidates(const Key &own, const Key &legacy, bool legacyMode)
+{
+    QVector<Key> list;
+    auto add = [&list](const Key &key) {
+        if (!key.isEmpty() && !list.contains(key))
+            list.append(key);
+    };
+    if (legacyMode)
+        add(legacy);
+    add(own);
+    const int type = own.isEmpty() ? DesKey : own.type;
+    add(Key(type, nvsc::MifareDESFireSettings::defaultKey(type)));
+    return list;
+}
+
+// DES and two-key 3DES keys are one family on the card; AES and three-key 3DES others.
+int cipherFamily(desfire::Cipher cipher)
+{
+    return cipher == desfire::Cipher::TwoKey3Des ? int(desfire::Cipher::Des) : int(cipher);
+}
+
+// The application keeps its settings open to its own keys: each key
+// changes itself (E), the master key may change, listing is free,
+// creating files wants the master key, the settings may change.
+constexpr uchar AppKeySettings = 0xEB;
+constexpr int MaxAppKeyNo = 13;
+
 QVector<Candidate> candidates(const nvsc::MifareBaseSettings &s)
 {
     QVector<Candidate> list;
@@ -92,6 +123,12 @@ struct PcscBackend::Private
         bool authorised = false;
         Candidate key{0, QByteArray()};
         int authSector = -1;     // sector the card is authenticated for
+        // DESFire: the command channel, the card master key that authorised
+        // and the application key the channel's session stands on.
+        std::shared_ptr<desfire::Channel> channel;
+        Key masterKey;
+        Key appKey;
+        bool appReady = false;
     };
 
     // Operations and listing use separate contexts so that listing the
@@ -258,8 +295,17 @@ struct PcscBackend::Private
     // OK when the card is one we drive and the settings are for it.
     static int settingsFit(const Session &s, const nvsc::SmartCardSettings &settings)
     {
-        if (!s.card.isBlockCard())
+        if (s.card.type == MifareDESFire) {
+            if (!dynamic_cast<const nvsc::MifareDESFireSettings *>(&settings)) {
+                qCDebug(lcSmartCard) << "pcsc: settings for card type" << settings.cardType() << "on a" << s.card.name;
+                return nvcm::AuthError;
+            }
+            return nvcm::OK;
+        }
+        if (!s.card.isBlockCard()) {
+            qCDebug(lcSmartCard) << "pcsc: no operations for a" << s.card.name;
             return nvcm::NotSupported;
+        }
         const bool fits = s.card.type == MifarePlus ? dynamic_cast<const nvsc::MifarePlusSettings *>(&settings) != nullptr
                                                     : dynamic_cast<const nvsc::MifareBaseSettings *>(&settings) != nullptr;
         if (!fits || settings.cardType() != s.card.type) {
@@ -274,6 +320,201 @@ struct PcscBackend::Private
         return userDataRange(s.card.type, s.card.plusLevel1, s.card.memSize, s.card.userMemSize, settings);
     }
 
+    // --- DESFire ------------------------------------------------------
+
+    desfire::Channel &channel(Session &s, const QString &id)
+    {
+        if (!s.channel) {
+            s.channel = std::make_shared<desfire::Channel>([this, id](const QByteArray &apdu, QByteArray &answer) {
+                Session *current = session(nvcm::ReaderInfo{id, id, QString()});
+                return current ? transmit(*current, apdu, answer) : int(nvcm::DeviceNotOpened);
+            });
+        }
+        return *s.channel;
+    }
+
+    // An ISO 14443-4 card tells what it is only when asked.
+    int identify(Session &s, const QString &id)
+    {
+        desfire::Version version;
+        // The card may still be in a session of an earlier connection (the
+        // reader leaves it powered); selecting the card level ends that.
+        // A Plus knows no applications and refuses, which is no harm.
+        int code = channel(s, id).selectApplication(0);
+        if (code != nvcm::RemoveCard && code != nvcm::NoReader)
+            code = s.channel->getVersion(version);
+        if (code == nvcm::RemoveCard || code == nvcm::NoReader)
+            return code;
+        if (code != nvcm::OK) {
+            qCDebug(lcSmartCard) << "pcsc: the ISO 14443-4 card does not answer GetVersion:" << code << "status"
+                                 << s.channel->lastStatus();
+            return nvcm::OK; // an unknown card, still with a UID to read
+        }
+        const quint32 memory = version.memorySize();
+        if (version.isDesfire()) {
+            s.card.type = MifareDESFire;
+            s.card.subType = int(memory / 1024);
+            s.card.memSize = memory;
+            s.card.userMemSize = desfireUserMemory(memory);
+            s.card.name = QStringLiteral("Mifare DESFire %1K").arg(s.card.subType);
+        } else if (version.isPlus()) {
+            // Level 3 speaks AES sector commands of its own: recognised, not driven.
+            s.card.type = MifarePlus;
+            s.card.subType = int(memory / 1024);
+            s.card.memSize = memory;
+            s.card.userMemSize = blockCardUserMemory(memory);
+            s.card.name = QStringLiteral("Mifare Plus %1K SL3").arg(s.card.subType);
+        }
+        return nvcm::OK;
+    }
+
+    int authorizeDesfire(Session &s, const QString &id, const nvsc::MifareDESFireSettings &settings)
+    {
+        desfire::Channel &ch = channel(s, id);
+        s.appReady = false;
+        if (const int code = ch.selectApplication(0); code != nvcm::OK)
+            return code;
+        for (const Key &key : desfireCandidates(settings.masterKey, settings.legacyKey, settings.useLegacyMode)) {
+            const int code = ch.authenticate(0, key);
+            if (code == nvcm::AuthError || code == nvcm::NotSupported)
+                continue; // the card forgets a refused attempt; no reselection needed
+            if (code != nvcm::OK)
+                return code;
+            s.authorised = true;
+            s.masterKey = key;
+            return nvcm::OK;
+        }
+        return nvcm::AuthError;
+    }
+
+    // The channel authenticated with the settings' application key.
+    int openApplication(Session &s, const QString &id, const nvsc::MifareDESFireSettings &settings)
+    {
+        desfire::Channel &ch = channel(s, id);
+        if (s.appReady && ch.authenticated() && ch.authenticatedKey() == int(settings.appKeyNr))
+            return nvcm::OK;
+        s.appReady = false;
+        if (const int code = ch.selectApplication(settings.appId); code != nvcm::OK) {
+            if (ch.lastStatus() == desfire::ApplicationNotFound)
+                qCDebug(lcSmartCard) << "pcsc: the card has no application" << Qt::hex << settings.appId << "(not formatted)";
+            return code;
+        }
+        for (const Key &key : desfireCandidates(settings.appKey, settings.legacyKey, settings.useLegacyMode)) {
+            const int code = ch.authenticate(int(settings.appKeyNr), key);
+            if (code == nvcm::AuthError || code == nvcm::NotSupported)
+                continue;
+            if (code != nvcm::OK)
+                return code;
+            s.appKey = key;
+            s.appReady = true;
+            return nvcm::OK;
+        }
+        return nvcm::AuthError;
+    }
+
+    // A fresh card layout: everything on the card goes, the site's
+    // application and data file come back empty, with factory keys.
+    int formatDesfire(Session &s, const QString &id, const nvsc::MifareDESFireSettings &settings,
+                      const ProgressCallback &progress)
+    {
+        const Key appKey = settings.appKey.isEmpty() ? settings.masterKey : settings.appKey;
+        const desfire::Cipher appCipher = desfire::cipherFor(appKey.type, appKey.data.size());
+        if (appCipher == desfire::Cipher::None || settings.appKeyNr > MaxAppKeyNo || settings.fileId > 31
+            || settings.appId == 0 || settings.appId > 0xFFFFFF) {
+            qCWarning(lcSmartCard) << "formatCard: the DESFire settings cannot be put on a card: key type" << appKey.type
+                                   << "of" << appKey.data.size() << "bytes, key number" << settings.appKeyNr
+                                   << "application" << settings.appId << "file" << settings.fileId;
+            return nvcm::NotSupported;
+        }
+        const auto [offset, length] = range(s, settings);
+        desfire::Channel &ch = channel(s, id);
+        s.appReady = false;
+        const Key factory(appKey.type, nvsc::MifareDESFireSettings::defaultKey(appKey.type));
+        quint32 free = 0;
+        int code = ch.selectApplication(0);
+        if (code == nvcm::OK)
+            code = ch.authenticate(0, s.masterKey);
+        if (code == nvcm::OK)
+            code = ch.formatPicc();
+        if (code == nvcm::OK)
+            code = ch.createApplication(settings.appId, AppKeySettings, desfire::keyCountByte(appCipher, int(settings.appKeyNr) + 1));
+        if (code == nvcm::OK)
+            code = ch.getFreeMemory(free);
+        // The file header takes a block of its own.
+        const quint32 room = free >= 32 ? (free - 32) / 32 * 32 : 0;
+        const quint32 size = std::min(quint32(offset + length), room);
+        if (code == nvcm::OK)
+            code = ch.selectApplication(settings.appId);
+        if (code == nvcm::OK)
+            code = ch.authenticate(0, factory);
+        if (code == nvcm::OK)
+            code = ch.createStdDataFile(int(settings.fileId), desfire::accessRights(int(settings.appKeyNr)), size);
+        if (code == nvcm::OK && settings.appKeyNr != 0)
+            code = ch.authenticate(int(settings.appKeyNr), factory);
+        if (code != nvcm::OK)
+            return code;
+        s.appKey = factory;
+        s.appReady = true;
+        const int clear = std::max(0, std::min(length, int(size) - offset));
+        if (clear == 0)
+            return nvcm::OK;
+        return ch.writeData(int(settings.fileId), quint32(offset), QByteArray(clear, '\0'), progress);
+    }
+
+    int updateDesfireKeys(Session &s, const QString &id, const nvsc::MifareDESFireSettings &settings)
+    {
+        const desfire::Cipher appCipher = desfire::cipherFor(settings.appKey.type, settings.appKey.data.size());
+        const desfire::Cipher masterCipher = desfire::cipherFor(settings.masterKey.type, settings.masterKey.data.size());
+        if ((!settings.appKey.isEmpty() && appCipher == desfire::Cipher::None)
+            || (!settings.masterKey.isEmpty() && masterCipher == desfire::Cipher::None)) {
+            qCWarning(lcSmartCard) << "updateKeys: DESFire keys of types" << settings.masterKey.type << settings.appKey.type
+                                   << "cannot be" << settings.masterKey.data.size() << "and" << settings.appKey.data.size()
+                                   << "bytes long";
+            return nvcm::NotSupported;
+        }
+        desfire::Channel &ch = channel(s, id);
+        if (!settings.appKey.isEmpty() && settings.appKey != s.appKey) {
+            if (const int code = openApplication(s, id, settings); code != nvcm::OK)
+                return code;
+            // An application keeps the cipher it was created with.
+            if (cipherFamily(appCipher) != cipherFamily(desfire::cipherFor(s.appKey.type, s.appKey.data.size()))) {
+                qCWarning(lcSmartCard) << "updateKeys: the application's keys are of another cipher than" << settings.appKey.type;
+                return nvcm::NotSupported;
+            }
+            if (const int code = ch.changeKey(uchar(settings.appKeyNr), settings.appKey); code != nvcm::OK)
+                return code;
+            s.appReady = false;
+        }
+        if (!settings.appKey.isEmpty() && settings.appKeyNr != 0) {
+            // Key 0 rules the application's files and settings: left at
+            // the factory value, anyone could delete the data file.
+            s.appReady = false;
+            if (const int code = ch.selectApplication(settings.appId); code != nvcm::OK)
+                return code;
+            int code = ch.authenticate(0, settings.appKey);
+            if (code == nvcm::AuthError) {
+                code = ch.authenticate(0, Key(settings.appKey.type, nvsc::MifareDESFireSettings::defaultKey(settings.appKey.type)));
+                if (code == nvcm::OK)
+                    code = ch.changeKey(0, settings.appKey);
+            }
+            if (code != nvcm::OK)
+                return code;
+        }
+        if (!settings.masterKey.isEmpty() && settings.masterKey != s.masterKey) {
+            int code = ch.selectApplication(0);
+            if (code == nvcm::OK)
+                code = ch.authenticate(0, s.masterKey);
+            // The card master key carries its cipher in the key number.
+            if (code == nvcm::OK)
+                code = ch.changeKey(uchar(desfire::keyCountByte(masterCipher, 0)), settings.masterKey);
+            if (code != nvcm::OK)
+                return code;
+        }
+        s.appReady = false;
+        s.authorised = false;
+        return nvcm::OK;
+    }
+
     int writeRange(const nvcm::ReaderInfo &reader, const nvsc::SmartCardSettings &settings, const QByteArray *data,
                    const ProgressCallback &progress)
     {
@@ -285,6 +526,19 @@ struct PcscBackend::Private
             return fit;
         if (!s->authorised)
             return nvcm::AuthError;
+        if (s->card.type == MifareDESFire) {
+            const auto &desfireSettings = static_cast<const nvsc::MifareDESFireSettings &>(settings);
+            if (!data)
+                return formatDesfire(*s, reader.id, desfireSettings, progress);
+            const auto [offset, length] = range(*s, settings);
+            if (data->size() > length)
+                return nvcm::TooMuchData;
+            if (const int code = openApplication(*s, reader.id, desfireSettings); code != nvcm::OK)
+                return code;
+            if (data->isEmpty())
+                return nvcm::OK;
+            return channel(*s, reader.id).writeData(int(desfireSettings.fileId), quint32(offset), *data, progress);
+        }
         const auto [offset, length] = range(*s, settings);
         QByteArray payload = data ? *data : QByteArray(length, '\0');
         if (payload.size() > length)
@@ -433,6 +687,11 @@ int PcscBackend::getCard(const nvcm::ReaderInfo &reader, nvcm::SCardInfo &info)
     }
     const QByteArray atrBytes(reinterpret_cast<const char *>(atr), int(atrLength));
     s->card = classifyAtr(atrBytes);
+    s->appReady = false;
+    if (s->card.iso14443_4) {
+        if (const int code = d->identify(*s, reader.id); code != nvcm::OK)
+            return code;
+    }
     QByteArray answer;
     if (const int code = d->transmit(*s, QByteArray::fromHex("FFCA000000"), answer); code != nvcm::OK)
         return code;
@@ -470,6 +729,8 @@ int PcscBackend::authorize(const nvcm::ReaderInfo &reader, const nvsc::SmartCard
     }
     if (const int fit = Private::settingsFit(*s, settings); fit != nvcm::OK)
         return fit;
+    if (s->card.type == MifareDESFire)
+        return d->authorizeDesfire(*s, reader.id, static_cast<const nvsc::MifareDESFireSettings &>(settings));
     const auto &base = static_cast<const nvsc::MifareBaseSettings &>(settings);
     const auto [offset, length] = d->range(*s, settings);
     Q_UNUSED(length);
@@ -515,6 +776,16 @@ int PcscBackend::readData(const nvcm::ReaderInfo &reader, const nvsc::SmartCardS
     if (!s->authorised)
         return nvcm::AuthError;
     const auto [offset, length] = d->range(*s, settings);
+    if (s->card.type == MifareDESFire) {
+        const auto &desfireSettings = static_cast<const nvsc::MifareDESFireSettings &>(settings);
+        if (const int code = d->openApplication(*s, reader.id, desfireSettings); code != nvcm::OK)
+            return code;
+        if (length == 0) {
+            data.clear();
+            return nvcm::OK;
+        }
+        return d->channel(*s, reader.id).readData(int(desfireSettings.fileId), quint32(offset), quint32(length), data);
+    }
     QByteArray out;
     out.reserve(length + BlockSize);
     const int first = offset / BlockSize;
@@ -571,6 +842,8 @@ int PcscBackend::updateKeys(const nvcm::ReaderInfo &reader, const nvsc::SmartCar
         return fit;
     if (!s->authorised)
         return nvcm::AuthError;
+    if (s->card.type == MifareDESFire)
+        return d->updateDesfireKeys(*s, reader.id, static_cast<const nvsc::MifareDESFireSettings &>(settings));
     const auto &base = static_cast<const nvsc::MifareBaseSettings &>(settings);
     // Everything is checked before the first trailer is written: wrong
     // access bits lock a sector for good.

@@ -11,8 +11,10 @@ namespace nvsmartcard {
  * Real contactless readers through the PC/SC daemon. Readers are named by
  * their PC/SC names; Classic and Plus level 1 cards are driven with the
  * PC/SC part 3 storage card commands, which every such reader translates to
- * Crypto1. Cards that speak ISO 14443-4 (DESFire, Plus level 3) are
- * recognised but their operations answer NotSupported.
+ * Crypto1. Cards that speak ISO 14443-4 are asked what they are: DESFire
+ * is driven with its native commands wrapped in APDUs (desfireprotocol.h);
+ * formatting puts the settings' application and data file on it. Plus in
+ * level 3 is recognised but its operations answer NotSupported.
  */
 class NVSMARTCARD_EXPORT PcscBackend : public ReaderBackend
 {

@@ -24,9 +24,6 @@ namespace {
 // WriteData frames carry at most 52 bytes, we send 48 like most readers.
 constexpr int BlockSize = CardBlockSize;
 constexpr int DesfireFrame = 48;
-// A DESFire card allocates in 32-byte blocks; the site's application, its
-// key set and the file header take three of them.
-constexpr quint32 DesfireOverhead = 96;
 // Larger than any contactless card there is.
 constexpr qint64 MaxCardMemory = 64 * 1024;
 
@@ -312,7 +309,7 @@ VirtualCard VirtualCard::desfire(const QByteArray &uid, int kilobytes, int maste
     card.subType = kilobytes;
     card.name = QStringLiteral("Mifare DESFire %1K").arg(kilobytes);
     card.memSize = quint32(kilobytes) * 1024;
-    card.userMemSize = card.memSize - DesfireOverhead;
+    card.userMemSize = desfireUserMemory(card.memSize);
     card.masterKey = Key(masterKeyType, nvsc::MifareDESFireSettings::defaultKey(masterKeyType));
     card.appKey = card.masterKey;
     card.userData = QByteArray(int(card.userMemSize), '\0');

@@ -1,5 +1,6 @@
 // The card reader manager on a real PC/SC stack: pcscd with the virtual
-// reader (run under scripts/pcsc-rig) and our Classic card emulator on it.
+// reader (run under scripts/pcsc-rig) and our card emulator on it, playing
+// Classic, Plus in level 1 and DESFire cards.
 #include <usbcardreadermanager.h>
 
 #include <cardblocks_p.h>
@@ -59,6 +60,28 @@ public:
         return file.open(QIODevice::ReadOnly) ? QByteArray::fromHex(file.readAll().trimmed()) : QByteArray();
     }
     const QString &dumpPath() const { return m_dump; }
+    // DESFire: the dump has a line per key, application and file.
+    QByteArray desfireLine(const QByteArray &prefix) const
+    {
+        QFile file(m_dump);
+        if (!file.open(QIODevice::ReadOnly))
+            return QByteArray();
+        for (const QByteArray &line : file.readAll().split('\n')) {
+            if (line.startsWith(prefix))
+                return line;
+        }
+        return QByteArray();
+    }
+    QByteArray desfireFile() const
+    {
+        const QList<QByteArray> fields = desfireLine("file ").split(' ');
+        return fields.size() == 6 && fields[5] != "-" ? QByteArray::fromHex(fields[5]) : QByteArray();
+    }
+    QByteArray rawDump() const
+    {
+        QFile file(m_dump);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
 
 private:
     QString m_dump;
@@ -91,6 +114,24 @@ QList<int> trailers(int memSize)
     return list;
 }
 
+ObjectInfo desfireProfile(TYPE_ID uid, const QString &master, const QString &app, int appKeyNr = 0)
+{
+    return ObjectInfo(uid, OT_SMARTCARD_PROFILE,
+                      {{db::scardprofile::common::NAME, QStringLiteral("profile %1").arg(uid)},
+                       {db::scardprofile::mfdesfire::KEY_MASTER, master},
+                       {db::scardprofile::mfdesfire::KEY_APP, app},
+                       {db::scardprofile::mfdesfire::KEY_APP_NR, QString::number(appKeyNr)}});
+}
+
+// A key as the card keeps it: its cipher, DES doubled to 16 bytes.
+QByteArray storedDesfireKey(const QString &hex)
+{
+    const QByteArray key = QByteArray::fromHex(hex.toLatin1());
+    if (key.size() == 8)
+        return "2k3des " + QByteArray(key + key).toHex();
+    return (key.size() == 24 ? "3k3des " : "aes ") + key.toHex();
+}
+
 ObjectInfo storedProfile(TYPE_ID uid, const QString &key)
 {
     return ObjectInfo(uid, OT_SMARTCARD_PROFILE,
@@ -118,6 +159,12 @@ private Q_SLOTS:
     void newKeysAreNeededAfterwards();
     void cardPulledMidWrite();
     void readWithoutCard();
+    void desfireWrites_data();
+    void desfireWrites();
+    void desfireNewKeysAreNeededAfterwards_data();
+    void desfireNewKeysAreNeededAfterwards();
+    void desfirePulledMidWrite();
+    void plusLevel3IsNotDriven();
 
 private:
     bool putCard(const QStringList &args);
@@ -201,11 +248,21 @@ void TestUSBCardReaderManagerPcsc::readCard_data()
 {
     addSizes(false);
     QTest::addColumn<QStringList>("extra");
-    QTest::newRow("classic 1K") << QStringLiteral("1k") << 1024 << QStringList();
-    QTest::newRow("classic 4K") << QStringLiteral("4k") << 4096 << QStringList();
+    QTest::addColumn<QString>("uid");
+    QTest::addColumn<int>("type");
+    const QString uid7 = QStringLiteral("04C0DE12345680");
+    QTest::newRow("classic 1K") << QStringLiteral("1k") << 1024 << QStringList() << UidHex << 1;
+    QTest::newRow("classic 4K") << QStringLiteral("4k") << 4096 << QStringList() << UidHex << 1;
     // A card that answers late is waited for, not given up on.
     QTest::newRow("slow classic 1K") << QStringLiteral("1k") << 1024
-                                     << QStringList{QStringLiteral("--delay"), QStringLiteral("300")};
+                                     << QStringList{QStringLiteral("--delay"), QStringLiteral("300")} << UidHex << 1;
+    QTest::newRow("plus 4K SL1") << QStringLiteral("plus4k") << 4096 << QStringList() << uid7 << 5;
+    // ISO 14443-4 cards: the ATR says nothing, GetVersion tells.
+    QTest::newRow("desfire 8K") << QStringLiteral("desfire8k") << 8192 << QStringList() << uid7 << 2;
+    QTest::newRow("desfire 2K") << QStringLiteral("desfire2k") << 2048 << QStringList() << uid7 << 2;
+    QTest::newRow("slow desfire 4K") << QStringLiteral("desfire4k") << 4096
+                                     << QStringList{QStringLiteral("--delay"), QStringLiteral("200")} << uid7 << 2;
+    QTest::newRow("plus 4K SL3") << QStringLiteral("plussl3") << 4096 << QStringList() << uid7 << 5;
 }
 
 void TestUSBCardReaderManagerPcsc::readCard()
@@ -213,12 +270,14 @@ void TestUSBCardReaderManagerPcsc::readCard()
     QFETCH(QString, size);
     QFETCH(int, memSize);
     QFETCH(QStringList, extra);
-    QVERIFY(putCard(QStringList{QStringLiteral("--type"), size, QStringLiteral("--uid"), UidHex} + extra));
+    QFETCH(QString, uid);
+    QFETCH(int, type);
+    QVERIFY(putCard(QStringList{QStringLiteral("--type"), size, QStringLiteral("--uid"), uid} + extra));
     QVERIFY(run(m_manager->getCard(Reader)));
     QVERIFY2(m_rec->events.contains(QStringLiteral("card")), qPrintable(m_rec->events.join(QLatin1Char('|'))));
     const ObjectInfo card = m_rec->cards.first();
-    QCOMPARE(card.parameter(nvcm::UID), UidHex);
-    QCOMPARE(card.parameter(nvcm::TYPE), QStringLiteral("1"));
+    QCOMPARE(card.parameter(nvcm::UID), uid);
+    QCOMPARE(card.parameter(nvcm::TYPE), QString::number(type));
     QCOMPARE(card.parameter(nvcm::MEM_SIZE).toInt(), memSize);
     QVERIFY(!m_backend->isOpened(m_reader));
 }
@@ -260,6 +319,8 @@ void TestUSBCardReaderManagerPcsc::formatAndWriteUid()
 void TestUSBCardReaderManagerPcsc::templatesV1_data()
 {
     addSizes();
+    // Plus in level 1 takes the Classic commands.
+    QTest::newRow("plus 2K SL1") << QStringLiteral("plus2k") << 2048;
 }
 
 void TestUSBCardReaderManagerPcsc::templatesV1()
@@ -353,5 +414,165 @@ void TestUSBCardReaderManagerPcsc::readWithoutCard()
     QCOMPARE(m_rec->events, (QStringList{QStringLiteral("error:") + ReadErrorText, QStringLiteral("finished")}));
 }
 
+
+void TestUSBCardReaderManagerPcsc::desfireWrites_data()
+{
+    QTest::addColumn<QStringList>("card");
+    QTest::addColumn<int>("memSize");
+    // Without a profile the manager tries the AES factory key, then the DES one.
+    QTest::newRow("desfire 8K, DES factory key") << QStringList{QStringLiteral("--type"), QStringLiteral("desfire8k")}
+                                                 << 8192;
+    QTest::newRow("desfire 4K, AES factory key")
+        << QStringList{QStringLiteral("--type"), QStringLiteral("desfire4k"), QStringLiteral("--master-key"),
+                       QString(32, QLatin1Char('0'))}
+        << 4096;
+}
+
+// The data file holds exactly the block the manager built, the rest of it
+// cleared by formatting.
+void TestUSBCardReaderManagerPcsc::desfireWrites()
+{
+    QFETCH(QStringList, card);
+    QFETCH(int, memSize);
+    const QString uid = QStringLiteral("04C0DE12345680");
+    QVERIFY(putCard(card + QStringList{QStringLiteral("--uid"), uid}));
+    QVERIFY(run(m_manager->writeWorkerTemplates_v2(Reader, {}, QByteArray(700, 'x'))));
+    QVERIFY2(m_rec->events.contains(WrittenText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    QByteArray file = m_card->desfireFile();
+    QCOMPARE(file.size(), int(nvsmartcard::desfireUserMemory(quint32(memSize))));
+    const QByteArray v2 = cardblocks::prepareData_v2({}, 0x04C0DE12345680ull, QByteArray(700, 'x'));
+    QCOMPARE(file.left(v2.size()).toHex(), v2.toHex());
+    QCOMPARE(file.mid(v2.size()), QByteArray(file.size() - v2.size(), '\0'));
+    QVERIFY(m_card->desfireLine("app ").startsWith("app 4e5601 "));
+
+    m_rec->events.clear();
+    m_manager->setCardObject(ObjectInfo(900, OT_CARD, {{nvcm::UID, QStringLiteral("00C0FFEE")}}));
+    QVERIFY(run(m_manager->writeCardUID(Reader)));
+    QVERIFY2(m_rec->events.contains(WrittenText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    QVERIFY(m_rec->progressLines > 0);
+    QCOMPARE(m_rec->cards.first().parameter(nvcm::UID), uid);
+    file = m_card->desfireFile();
+    const QByteArray v1 = cardblocks::prepareData(2, {QByteArray("00C0FFEE")});
+    QCOMPARE(file.left(v1.size()).toHex(), v1.toHex());
+    QCOMPARE(file.mid(v1.size()), QByteArray(file.size() - v1.size(), '\0'));
+}
+
+void TestUSBCardReaderManagerPcsc::desfireNewKeysAreNeededAfterwards_data()
+{
+    QTest::addColumn<QString>("factory");
+    QTest::addColumn<QString>("master");
+    QTest::addColumn<QString>("app");
+    QTest::addColumn<int>("appKeyNr");
+    QTest::newRow("DES") << QString(16, QLatin1Char('0')) << QStringLiteral("0011223344556677")
+                         << QStringLiteral("A0A1A2A3A4A5A6A7") << 0;
+    QTest::newRow("AES") << QString(32, QLatin1Char('0')) << QStringLiteral("00112233445566778899AABBCCDDEEFF")
+                         << QStringLiteral("A0A1A2A3A4A5A6A7A8A9AAABACADAEAF") << 0;
+    // The data file answers to the profile's key number, not to key 0.
+    QTest::newRow("AES, application key 2")
+        << QString(32, QLatin1Char('0')) << QStringLiteral("00112233445566778899AABBCCDDEEFF")
+        << QStringLiteral("A0A1A2A3A4A5A6A7A8A9AAABACADAEAF") << 2;
+    QTest::newRow("3K3DES") << QString(48, QLatin1Char('0'))
+                            << QStringLiteral("00112233445566778899AABBCCDDEEFF0011223344556677")
+                            << QStringLiteral("A0A1A2A3A4A5A6A7A8A9AAABACADAEAFB0B1B2B3B4B5B6B7") << 0;
+}
+
+void TestUSBCardReaderManagerPcsc::desfireNewKeysAreNeededAfterwards()
+{
+    QFETCH(QString, factory);
+    QFETCH(QString, master);
+    QFETCH(QString, app);
+    QFETCH(int, appKeyNr);
+    QString other = master;
+    other[0] = QLatin1Char('F');
+    QVERIFY(LocalStorage::instance()->putObjects(SMARTCARD_PROFILE_DATANAME,
+                                                 {desfireProfile(311, master, app, appKeyNr),
+                                                  desfireProfile(312, other, app, appKeyNr)}));
+    QVERIFY(putCard({QStringLiteral("--type"), QStringLiteral("desfire2k"), QStringLiteral("--master-key"), factory}));
+    m_manager->setSmartCardProfile(desfireProfile(311, QString(), QString()));
+    QVERIFY(run(m_manager->formatCard(Reader)));
+    QVERIFY2(m_rec->events.contains(FormattedText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    QCOMPARE(m_card->desfireLine("master "), "master " + storedDesfireKey(master));
+    const QByteArray appLine = m_card->desfireLine("app ");
+    // The profile's key number holds the key, and so does key 0, which rules the files.
+    const QList<QByteArray> appKeys = appLine.split(' ').last().split(',');
+    QCOMPARE(appKeys.size(), appKeyNr + 1);
+    QCOMPARE(appKeys.at(appKeyNr), storedDesfireKey(app).split(' ').last());
+    QCOMPARE(appKeys.at(0), storedDesfireKey(app).split(' ').last());
+    QVERIFY(appLine.contains(" " + storedDesfireKey(app).split(' ').first() + " "));
+
+    // The factory keys and another profile's are refused now, and the
+    // refused attempts change nothing.
+    const QByteArray dump = m_card->rawDump();
+    for (TYPE_ID profile : {TYPE_ID(312), TYPE_ID(0)}) {
+        m_rec->events.clear();
+        m_manager->setSmartCardProfile(profile ? desfireProfile(profile, QString(), QString()) : ObjectInfo());
+        QVERIFY(run(m_manager->formatCard(Reader)));
+        QVERIFY2(m_rec->events.contains(QStringLiteral("error:") + AuthFailedText),
+                 qPrintable(m_rec->events.join(QLatin1Char('|'))));
+        QCOMPARE(m_card->rawDump(), dump);
+    }
+
+    // The profile's own keys open the card, also for the application.
+    m_rec->events.clear();
+    m_manager->setSmartCardProfile(desfireProfile(311, QString(), QString()));
+    QVERIFY(run(m_manager->writeWorkerTemplates_v2(Reader, {}, QByteArray(100, 'k'))));
+    QVERIFY2(m_rec->events.contains(WrittenText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    QVERIFY(m_card->desfireFile().startsWith(cardblocks::prepareData_v2({}, 0x04C0DE12345680ull, QByteArray(100, 'k'))));
+
+    // What the backend reads back through the session's MACs is the file.
+    auto keyOf = [](const QString &hex) {
+        const QByteArray bytes = QByteArray::fromHex(hex.toLatin1());
+        return nvsmartcard::Key(bytes.size() == 8    ? nvsmartcard::DesKey
+                                    : bytes.size() == 24 ? nvsmartcard::TripleDesKey
+                                                         : nvsmartcard::AesKey,
+                                bytes);
+    };
+    nvsc::MifareDESFireSettings settings;
+    settings.masterKey = keyOf(master);
+    settings.appKey = keyOf(app);
+    settings.appKeyNr = quint32(appKeyNr);
+    nvcm::SCardInfo info;
+    QByteArray read;
+    QCOMPARE(m_backend->openDevice(m_reader), int(nvcm::OK));
+    QCOMPARE(m_backend->getCard(m_reader, info), int(nvcm::OK));
+    QCOMPARE(m_backend->authorize(m_reader, settings), int(nvcm::OK));
+    QCOMPARE(m_backend->readData(m_reader, settings, read), int(nvcm::OK));
+    m_backend->closeDevice(m_reader);
+    QCOMPARE(read.toHex(), m_card->desfireFile().toHex());
+}
+
+void TestUSBCardReaderManagerPcsc::desfirePulledMidWrite()
+{
+    QVERIFY(putCard({QStringLiteral("--type"), QStringLiteral("desfire2k"), QStringLiteral("--pull-after"),
+                     QStringLiteral("20")}));
+    QVERIFY(run(m_manager->writeWorkerTemplates_v2(Reader, {}, QByteArray(400, 'd'))));
+    QVERIFY2(m_rec->events.contains(QStringLiteral("error:") + RemoveCardText),
+             qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    QVERIFY(!m_rec->events.contains(QStringLiteral("card")));
+    QVERIFY(!m_backend->isOpened(m_reader));
+
+    QVERIFY(m_backend->waitForCard(m_reader, CardWaitMs, false) == nvcm::OK);
+    const QString left = m_dir.filePath(QStringLiteral("left.txt"));
+    QFile::remove(left);
+    QVERIFY(QFile::copy(m_card->dumpPath(), left));
+    m_card->stop();
+    QVERIFY(putCard({QStringLiteral("--type"), QStringLiteral("desfire2k"), QStringLiteral("--memory"), left}));
+    m_rec->events.clear();
+    QVERIFY(run(m_manager->writeWorkerTemplates_v2(Reader, {}, QByteArray(400, 'd'))));
+    QVERIFY2(m_rec->events.contains(WrittenText), qPrintable(m_rec->events.join(QLatin1Char('|'))));
+    QVERIFY(m_card->desfireFile().startsWith(cardblocks::prepareData_v2({}, 0x04C0DE12345680ull, QByteArray(400, 'd'))));
+}
+
+// Level 3 is told apart from DESFire, and refused with a clear code
+// rather than sent DESFire commands.
+void TestUSBCardReaderManagerPcsc::plusLevel3IsNotDriven()
+{
+    QVERIFY(putCard({QStringLiteral("--type"), QStringLiteral("plussl3")}));
+    QVERIFY(run(m_manager->formatCard(Reader)));
+    QVERIFY2(m_rec->events.contains(QStringLiteral("error:") + AuthFailedText),
+             qPrintable(m_rec->events.join(QLatin1Char('|'))));
+}
+
 QTEST_MAIN(TestUSBCardReaderManagerPcsc)
 #include "tst_usbcardreadermanager_pcsc.moc"
+

@@ -1,20 +1,31 @@
-// A Mifare Classic card on the virtual PC/SC reader (vpcd): connects to the
-// reader driver's TCP port and answers what pcscd sends through it. The
-// reader side of the storage card commands (load key, general
-// authenticate, read and update binary) is played here too, with Crypto1
-// reduced to comparing the loaded key with the sector trailer's.
+// A contactless card on the virtual PC/SC reader (vpcd): connects to the
+// reader driver's TCP port and answers what pcscd sends through it.
+// Classic and Plus in level 1: the reader side of the storage card
+// commands (load key, general authenticate, read and update binary) is
+// played here too, with Crypto1 reduced to comparing the loaded key with
+// the sector trailer's. DESFire EV1: native commands wrapped in APDUs with
+// real authentication and secure messaging (desfirecard.cpp). Plus in
+// level 3 answers GetVersion only.
 //
 // Options:
 //   --port N          vpcd's port (35963)
-//   --type 1k|4k      card size (1k)
-//   --uid HEX         4-byte UID (01020304)
+//   --type T          1k, 4k (Classic), plus2k, plus4k (Plus level 1),
+//                     desfire2k, desfire4k, desfire8k, plussl3 (1k)
+//   --uid HEX         UID: 4 bytes for Classic (01020304), 7 for the others
 //   --key-a HEX, --key-b HEX   keys of every sector trailer (FF..FF)
-//   --pull-after N    after N written blocks, vanish on the next write
+//   --master-key HEX  DESFire card master key: 8 bytes DES, 16 AES,
+//                     24 three-key 3DES (8 zero bytes)
+//   --pull-after N    after N written blocks (DESFire: WriteData frames),
+//                     vanish on the next write
 //   --delay MS        answer every APDU this much later
-//   --dump FILE       the whole memory as hex, rewritten after every write
-//   --memory FILE     start with this memory (hex, as --dump writes it)
+//   --dump FILE       the whole memory, rewritten after every write: hex
+//                     for block cards, a line per key, application and file
+//                     for DESFire (see DesfireCard::save)
+//   --memory FILE     start with this memory (as --dump writes it)
 //   --connect-ms MS   how long to retry connecting to vpcd (5000)
 // Exits when vpcd closes the connection or the card is pulled.
+
+#include "desfirecard.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -38,7 +49,9 @@ struct Card
 {
     Bytes memory;
     Bytes uid{0x01, 0x02, 0x03, 0x04};
-    bool is4k = false;
+    size_t memSize = 1024;
+    unsigned char cardName = 0x01; // PC/SC card name code in the ATR
+    DesfireCard *desfire = nullptr;
     Bytes loadedKey;
     int authSector = -1;
     long writes = 0;
@@ -83,14 +96,18 @@ void dump(const Card &card)
 
 void format(Card &card, const Bytes &keyA, const Bytes &keyB)
 {
-    card.memory.assign(card.is4k ? 4096 : 1024, 0);
+    card.memory.assign(card.memSize, 0);
     unsigned char bcc = 0;
-    for (int i = 0; i < 4; ++i) {
+    for (size_t i = 0; i < card.uid.size(); ++i) {
         card.memory[i] = card.uid[i];
         bcc ^= card.uid[i];
     }
-    card.memory[4] = bcc;
-    card.memory[5] = card.is4k ? 0x18 : 0x08; // SAK
+    if (card.uid.size() == 4) {
+        card.memory[4] = bcc;
+        card.memory[5] = card.memSize > 1024 ? 0x18 : 0x08; // SAK
+    } else {
+        card.memory[7] = card.memSize > 2048 ? 0x18 : 0x08;
+    }
     const int blocks = int(card.memory.size() / 16);
     const unsigned char access[4] = {0xFF, 0x07, 0x80, 0x69};
     for (int b = 0; b < blocks; ++b) {
@@ -106,7 +123,9 @@ void format(Card &card, const Bytes &keyA, const Bytes &keyB)
 Bytes atr(const Card &card)
 {
     Bytes a{0x3B, 0x8F, 0x80, 0x01, 0x80, 0x4F, 0x0C, 0xA0, 0x00, 0x00, 0x03, 0x06,
-            0x03, 0x00, (unsigned char)(card.is4k ? 0x02 : 0x01), 0x00, 0x00, 0x00, 0x00};
+            0x03, 0x00, card.cardName, 0x00, 0x00, 0x00, 0x00};
+    if (card.desfire)
+        a = Bytes{0x3B, 0x81, 0x80, 0x01, 0x80}; // ISO 14443-4, ATS historical byte 80
     unsigned char tck = 0;
     for (size_t i = 1; i < a.size(); ++i)
         tck ^= a[i];
@@ -120,6 +139,11 @@ Bytes sw(unsigned char a, unsigned char b) { return Bytes{a, b}; }
 Bytes answer(Card &card, const Bytes &apdu, bool &pull)
 {
     const int blocks = int(card.memory.size() / 16);
+    if (card.desfire && apdu.size() >= 4 && apdu[0] == 0x90) {
+        const QByteArray reply =
+            card.desfire->answer(QByteArray(reinterpret_cast<const char *>(apdu.data()), int(apdu.size())), pull);
+        return Bytes(reply.begin(), reply.end());
+    }
     if (apdu.size() < 4 || apdu[0] != 0xFF)
         return sw(0x6E, 0x00);
     const unsigned char ins = apdu[1];
@@ -129,6 +153,8 @@ Bytes answer(Card &card, const Bytes &apdu, bool &pull)
         r.push_back(0x00);
         return r;
     }
+    if (card.desfire)
+        return sw(0x6D, 0x00);
     if (ins == 0x82 && apdu.size() == 11 && apdu[4] == 6) {
         card.loadedKey.assign(apdu.begin() + 5, apdu.end());
         return sw(0x90, 0x00);
@@ -211,6 +237,9 @@ int main(int argc, char **argv)
     int delayMs = 0;
     int connectMs = 5000;
     Bytes keyA(6, 0xFF), keyB(6, 0xFF);
+    DesfireCard desfire;
+    std::string type = "1k";
+    bool uidGiven = false;
     std::string memoryPath;
     for (int i = 1; i < argc; ++i) {
         const std::string opt = argv[i];
@@ -220,10 +249,14 @@ int main(int argc, char **argv)
         if (opt == "--port")
             port = std::atoi(value.c_str());
         else if (opt == "--type")
-            card.is4k = value == "4k";
+            type = value;
         else if (opt == "--uid") {
-            if (!parseHex(value, card.uid) || card.uid.size() != 4)
-                return usage("--uid takes 4 bytes of hex");
+            if (!parseHex(value, card.uid) || (card.uid.size() != 4 && card.uid.size() != 7))
+                return usage("--uid takes 4 or 7 bytes of hex");
+            uidGiven = true;
+        } else if (opt == "--master-key") {
+            if (!DesfireCard::keyFromHex(QByteArray::fromStdString(value), desfire.master))
+                return usage("--master-key takes 8, 16 or 24 bytes of hex");
         } else if (opt == "--key-a" || opt == "--key-b") {
             Bytes &key = opt == "--key-a" ? keyA : keyB;
             if (!parseHex(value, key) || key.size() != 6)
@@ -241,8 +274,43 @@ int main(int argc, char **argv)
         else
             return usage(("unknown option " + opt).c_str());
     }
+    if (type == "4k") {
+        card.memSize = 4096;
+        card.cardName = 0x02;
+    } else if (type == "plus2k" || type == "plus4k") {
+        card.memSize = type == "plus2k" ? 2048 : 4096;
+        card.cardName = type == "plus2k" ? 0x36 : 0x37;
+        if (!uidGiven)
+            card.uid = Bytes{0x04, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66};
+    } else if (type.rfind("desfire", 0) == 0 || type == "plussl3") {
+        card.desfire = &desfire;
+        desfire.plus = type == "plussl3";
+        desfire.kilobytes = type == "desfire2k" ? 2 : type == "desfire4k" || type == "plussl3" ? 4 : 8;
+        if (uidGiven)
+            desfire.uid = QByteArray(reinterpret_cast<const char *>(card.uid.data()), int(card.uid.size()));
+        card.uid.assign(desfire.uid.begin(), desfire.uid.end());
+        desfire.pullAfter = card.pullAfter;
+        desfire.dumpPath = card.dumpPath;
+    } else if (type != "1k") {
+        return usage("--type is 1k, 4k, plus2k, plus4k, desfire2k, desfire4k, desfire8k or plussl3");
+    }
+    if (card.uid.size() != (card.desfire || card.cardName >= 0x36 ? 7u : 4u))
+        return usage("--uid has the wrong length for this card");
     format(card, keyA, keyB);
-    if (!memoryPath.empty()) {
+    if (card.desfire && !memoryPath.empty()) {
+        FILE *f = std::fopen(memoryPath.c_str(), "r");
+        if (!f)
+            return usage(("cannot read " + memoryPath).c_str());
+        QByteArray text;
+        char buffer[4096];
+        size_t n = 0;
+        while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
+            text.append(buffer, int(n));
+        std::fclose(f);
+        if (!desfire.load(text))
+            return usage("--memory must hold a DESFire card as --dump writes it");
+        card.uid.assign(desfire.uid.begin(), desfire.uid.end());
+    } else if (!memoryPath.empty()) {
         // The card put back on the reader: everything as it was left.
         FILE *f = std::fopen(memoryPath.c_str(), "r");
         if (!f)
@@ -259,9 +327,12 @@ int main(int argc, char **argv)
         if (!parseHex(text, memory) || memory.size() != card.memory.size())
             return usage("--memory must hold the whole card as hex");
         card.memory = memory;
-        card.uid.assign(memory.begin(), memory.begin() + 4);
+        card.uid.assign(memory.begin(), memory.begin() + long(card.uid.size()));
     }
-    dump(card);
+    if (card.desfire)
+        desfire.dump();
+    else
+        dump(card);
 
     int fd = -1;
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(connectMs);
@@ -293,8 +364,10 @@ int main(int argc, char **argv)
         if (message.size() == 1) {
             if (message[0] == 4 && !sendMessage(fd, atr(card)))
                 break;
-            if (message[0] != 4)
+            if (message[0] != 4) {
                 card.authSector = -1; // power off, on or reset drop the authentication
+                desfire.reset();
+            }
             continue;
         }
         if (delayMs > 0)

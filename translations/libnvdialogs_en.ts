@@ -858,12 +858,12 @@
     </message>
     <message>
         <location line="+26"/>
-        <location line="+152"/>
+        <location line="+153"/>
         <source>Выберите одного или нескольких сотрудников в дереве организации</source>
         <translation>Select one or more employees in the organisation tree</translation>
     </message>
     <message>
-        <location line="-148"/>
+        <location line="-149"/>
         <source>Личные данные</source>
         <translation>Personal data</translation>
     </message>
@@ -898,7 +898,7 @@
         <translation>Readers: simulated</translation>
     </message>
     <message>
-        <location line="+108"/>
+        <location line="+109"/>
         <source>«%1»: выберите сотрудников, чтобы изменить их личные данные</source>
         <translation>“%1”: select employees to change their personal data</translation>
     </message>

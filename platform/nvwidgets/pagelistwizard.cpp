@@ -16,6 +16,15 @@ PageListWizard::PageListWizard(QWidget *parent)
     connect(this, &QWizard::pageRemoved, this, &PageListWizard::refreshPageList);
 }
 
+// QWizard adopts its side widget only when it first lays itself out, so a
+// wizard dropped before it was ever shown (a selection it refused, say)
+// still leaves the list without a parent.
+PageListWizard::~PageListWizard()
+{
+    if (!m_pageList->parent())
+        delete m_pageList;
+}
+
 void PageListWizard::setPageListVisible(bool visible)
 {
     m_pageListVisible = visible;

@@ -90,6 +90,9 @@ void TestOrgWizards::init()
 
 void TestOrgWizards::cleanup()
 {
+    // Wizards closed by a test are deleted later; no event loop of a test
+    // function may have got round to it.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete executor;
     store->close();
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -356,20 +359,22 @@ void TestOrgWizards::retrySendsTheFailedAgain()
     if (page == QLatin1String("update")) {
         auto *w = new UpdateObjectWizard;
         connect(w, &UpdateObjectWizard::appendTask, executor, &TaskExecutor::execute);
+        w->setUids({101, 102, 103});
         w->addUpdateParameter(db::worker::LOCKED, QStringLiteral("true"));
-        w->progressPage()->setUids({101, 102, 103});
         wizard.reset(w);
         progress = w->progressPage();
         ended = [p = w->progressPage()] { return !p->statusText().isEmpty(); };
     } else if (page == QLatin1String("transfer")) {
         auto *w = new TransferWizard;
         connect(w, &TransferWizard::appendTask, executor, &TaskExecutor::execute);
-        w->progressPage()->setTransfer({101, 102, 103}, 22);
+        w->setUids({101, 102, 103});
+        w->setTarget(22);
         wizard.reset(w);
         progress = w->progressPage();
         ended = [p = w->progressPage()] { return p->isComplete(); };
     } else {
         wizard.reset(new QWizard);
+        wizard->addPage(new QWizardPage);
         auto *p = new BaseProgressWizardPage;
         p->setErrorHandlingPolicy(page == QLatin1String("stop") ? BaseProgressWizardPage::StopOnFailure
                                                                 : BaseProgressWizardPage::ContinueOnFailure);
@@ -388,8 +393,11 @@ void TestOrgWizards::retrySendsTheFailedAgain()
         progress = p;
         ended = [p] { return p->isComplete(); };
     }
+    wizard->setAttribute(Qt::WA_DeleteOnClose, false);
+    wizard->show();
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("executor: task failed")));
-    progress->initializePage();
+    while (wizard->currentPage() != progress)
+        wizard->next();
     QTRY_VERIFY(ended() && executor->pendingCount() == 0);
     auto *retry = progress->findChild<QPushButton *>(QStringLiteral("btnRetry"));
     QVERIFY(retry);

@@ -192,6 +192,12 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     m_statusAccess->setObjectName(QStringLiteral("storeAccess"));
     statusBar()->addPermanentWidget(m_statusAccess);
     statusBar()->addPermanentWidget(m_statusCounts);
+    // The operator must know whether a card put on a reader is a real one.
+    const bool realReaders = nvsmartcard::defaultBackend()->backendName() == QLatin1String("pcsc");
+    auto *readers = new QLabel(realReaders ? tr("Считыватели: PC/SC") : tr("Считыватели: виртуальные"), this);
+    readers->setObjectName(QStringLiteral("readerBackend"));
+    readers->setContentsMargins(12, 0, 4, 0);
+    statusBar()->addPermanentWidget(readers);
     connect(storage, &nivaro::LocalStorage::dataChanged, this, &MainWindow::updateStatus);
     connect(storage, &nivaro::LocalStorage::dataRemoved, this, &MainWindow::updateStatus);
     connect(storage, &nivaro::LocalStorage::dataChanged, this, &MainWindow::storeChanged);

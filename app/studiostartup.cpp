@@ -60,8 +60,20 @@ QString StudioStartup::cardStatePath(const QString &storePath)
     return storePath + QStringLiteral(".cards.json");
 }
 
+void StudioStartup::chooseCardBackend()
+{
+    if (nvsmartcard::backendForcedByEnvironment())
+        return;
+    if (auto pcsc = nvsmartcard::probePcscBackend()) {
+        nvsmartcard::setDefaultBackend(pcsc);
+        return;
+    }
+    nvsmartcard::setDefaultBackend(nvsmartcard::SimulatedBackend::shared());
+}
+
 void StudioStartup::setUpCardReaders(const QString &storePath)
 {
+    chooseCardBackend();
     auto simulated = std::dynamic_pointer_cast<nvsmartcard::SimulatedBackend>(nvsmartcard::defaultBackend());
     if (!simulated)
         return;

@@ -33,6 +33,10 @@ public:
      * reader. Does nothing when the readers are real ones.
      */
     static void setUpCardReaders(const QString &storePath);
+    // Real readers when the PC/SC daemon has some, the simulated ones
+    // otherwise; NV_CARD_BACKEND ("pcsc" or "simulated") decides instead
+    // when it is set.
+    static void chooseCardBackend();
     // Keeps what the session wrote to the virtual cards.
     static void saveCardReaders(const QString &storePath);
 

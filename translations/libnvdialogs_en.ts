@@ -411,7 +411,7 @@
         <translation>Department name</translation>
     </message>
     <message>
-        <location line="+142"/>
+        <location line="+139"/>
         <source>Выберите подразделение</source>
         <translation>Choose a department</translation>
     </message>
@@ -562,12 +562,12 @@
     </message>
     <message>
         <location line="+26"/>
-        <location line="+147"/>
+        <location line="+152"/>
         <source>Выберите одного или нескольких сотрудников в дереве организации</source>
         <translation>Select one or more employees in the organisation tree</translation>
     </message>
     <message>
-        <location line="-143"/>
+        <location line="-148"/>
         <source>Личные данные</source>
         <translation>Personal data</translation>
     </message>
@@ -592,7 +592,17 @@
         <translation>Store: %1</translation>
     </message>
     <message>
-        <location line="+109"/>
+        <location line="+6"/>
+        <source>Считыватели: PC/SC</source>
+        <translation>Readers: PC/SC</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Считыватели: виртуальные</source>
+        <translation>Readers: simulated</translation>
+    </message>
+    <message>
+        <location line="+108"/>
         <source>«%1»: выберите сотрудников, чтобы изменить их личные данные</source>
         <translation>“%1”: select employees to change their personal data</translation>
     </message>
@@ -2629,7 +2639,7 @@
 <context>
     <name>QObject</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="+106"/>
+        <location filename="../app/studiostartup.cpp" line="+118"/>
         <source>Не удалось записать файл %1: %2</source>
         <translation>Could not write file %1: %2</translation>
     </message>
@@ -2732,12 +2742,12 @@
 <context>
     <name>StudioStartup</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="-72"/>
+        <location filename="../app/studiostartup.cpp" line="-84"/>
         <source>Не удалось создать папку %1</source>
         <translation>Could not create folder %1</translation>
     </message>
     <message>
-        <location line="+39"/>
+        <location line="+51"/>
         <source>Считыватель смарт-карт</source>
         <translation>Smart card reader</translation>
     </message>

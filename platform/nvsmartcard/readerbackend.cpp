@@ -65,6 +65,23 @@ std::shared_ptr<ReaderBackend> defaultBackend()
     return chosenBackend();
 }
 
+bool backendForcedByEnvironment()
+{
+    return !qEnvironmentVariable("NV_CARD_BACKEND").trimmed().isEmpty();
+}
+
+std::shared_ptr<ReaderBackend> probePcscBackend()
+{
+    std::shared_ptr<ReaderBackend> pcsc = createPcscBackend();
+    if (!pcsc)
+        return nullptr;
+    // Without a daemon the listing fails at once (no service), so a machine
+    // without readers starts as fast as before.
+    const int readers = pcsc->listReaders().size();
+    qCDebug(lcSmartCard) << "pcsc probe: readers" << readers;
+    return readers > 0 ? pcsc : nullptr;
+}
+
 void setDefaultBackend(std::shared_ptr<ReaderBackend> backend)
 {
     QMutexLocker locker(&defaultMutex());

@@ -64,6 +64,13 @@ public:
 // managers see.
 NVSMARTCARD_EXPORT std::shared_ptr<ReaderBackend> defaultBackend();
 NVSMARTCARD_EXPORT void setDefaultBackend(std::shared_ptr<ReaderBackend> backend);
+// Whether NV_CARD_BACKEND names a backend, so that a host leaves the choice
+// to it.
+NVSMARTCARD_EXPORT bool backendForcedByEnvironment();
+// Real readers when the PC/SC daemon answers and lists at least one reader,
+// else null. A host that was not told which backend to use prefers the
+// readers an operator has plugged in.
+NVSMARTCARD_EXPORT std::shared_ptr<ReaderBackend> probePcscBackend();
 
 } // namespace nvsmartcard
 

@@ -147,9 +147,6 @@ QList<TYPE_ID> DepartmentSelectionDialog::selectedUids() const
 
 TYPE_ID DepartmentSelectionDialog::selectedUid() const
 {
-    const QModelIndex current = m_view->currentIndex();
-    if (current.isValid() && m_view->selectionModel()->isRowSelected(current.row(), current.parent()))
-        return current.data(ObjectTreeModel::UidRole).toUInt();
     const QList<TYPE_ID> uids = selectedUids();
     return uids.isEmpty() ? 0 : uids.first();
 }

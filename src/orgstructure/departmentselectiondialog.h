@@ -51,8 +51,9 @@ public:
     QString filterText() const;
 
     void setSelectedUids(const QList<nivaro::TYPE_ID> &uids);
+    // The chosen objects in uid order; selectedUid() is the first, 0 when
+    // nothing is chosen.
     QList<nivaro::TYPE_ID> selectedUids() const;
-    // The first chosen object, 0 when nothing is chosen.
     nivaro::TYPE_ID selectedUid() const;
 
     // Why the current choice cannot be accepted; empty when it can.

@@ -1,4 +1,5 @@
 #include <pcscbackend.h>
+#include <readerbackend.h>
 
 #include <QtTest>
 
@@ -53,6 +54,9 @@ void TestPcscBackend::chosenByEnvironment()
     QCOMPARE(nvsmartcard::defaultBackend()->backendName(), QStringLiteral("pcsc"));
     qunsetenv("NV_CARD_BACKEND");
     nvsmartcard::setDefaultBackend(nullptr);
+    // Outside the rig no daemon answers: a host must fall back to the
+    // simulated readers, and quickly.
+    QVERIFY(!nvsmartcard::probePcscBackend());
 }
 
 QTEST_GUILESS_MAIN(TestPcscBackend)

@@ -23,7 +23,7 @@ NewDepartmentWizard::NewDepartmentWizard(QWidget *parent)
 
 void NewDepartmentWizard::setParentDepartment(nivaro::TYPE_ID uid)
 {
-    m_parameters->setParentDepartment(uid);
+    m_parameters->setParentDepartment(placeOf(uid));
 }
 
 QList<nivaro::TaskInfo> NewDepartmentWizard::tasks() const

@@ -18,6 +18,8 @@ public:
 
     explicit NewDepartmentWizard(QWidget *parent = nullptr);
 
+    // As the host's tree has it selected; a selected employee stands for
+    // its department.
     void setParentDepartment(nivaro::TYPE_ID uid);
 
     NewDepartmentParametersPage *parametersPage() const { return m_parameters; }

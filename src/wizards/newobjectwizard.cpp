@@ -2,7 +2,8 @@
 
 #include "baseprogresswizardpage.h"
 
-#include <QAbstractButton>
+#include <datanames.h>
+#include <localstorage.h>
 
 NewObjectWizard::NewObjectWizard(QWidget *parent)
     : PageListWizard(parent)
@@ -33,6 +34,12 @@ void NewObjectWizard::addRunPages(ChangeSummaryWizardPage *summary, BaseProgress
 nivaro::TYPE_ID NewObjectWizard::createdUid() const
 {
     return property("uid").toUInt();
+}
+
+nivaro::TYPE_ID NewObjectWizard::placeOf(nivaro::TYPE_ID selected)
+{
+    const nivaro::ObjectInfo *employee = nivaro::LocalStorage::instance()->constObject(selected, nivaro::SUBJECT_DATANAME);
+    return employee ? employee->parent() : selected;
 }
 
 bool NewObjectWizard::mayRun()

@@ -39,6 +39,10 @@ public:
     // The uid of the object created, 0 until the server has created it.
     nivaro::TYPE_ID createdUid() const;
 
+    // The firm or department a host's selected tree row stands for: the
+    // row itself, or the department of a selected employee.
+    static nivaro::TYPE_ID placeOf(nivaro::TYPE_ID selected);
+
 Q_SIGNALS:
     void appendTask(nivaro::TaskInfo task);
     // The run has ended and the object exists under this uid (a task

@@ -31,7 +31,7 @@ NewWorkerWizard::NewWorkerWizard(QWidget *parent)
 
 void NewWorkerWizard::setDepartment(nivaro::TYPE_ID uid)
 {
-    m_job->setDepartment(uid);
+    m_job->setDepartment(placeOf(uid));
 }
 
 bool NewWorkerWizard::mayRun()

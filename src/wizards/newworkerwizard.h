@@ -24,7 +24,8 @@ public:
     explicit NewWorkerWizard(QWidget *parent = nullptr);
 
     // The department (or firm) the employee goes to, as the host's tree
-    // has it selected; anything else is ignored.
+    // has it selected (a selected employee stands for its department);
+    // anything else is ignored.
     void setDepartment(nivaro::TYPE_ID uid);
 
     NewWorkerWizardParametersPage *parametersPage() const { return m_parameters; }

@@ -14,6 +14,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QStandardItemModel>
 #include <QVBoxLayout>
 #include <QWizard>
 
@@ -115,9 +116,27 @@ void NewWorkerWizardParametersPage::fillCitizenship()
             return nearA;
         return a.name < b.name;
     });
-    m_citizenship->addItem(tr("Не задано"), QStringLiteral("0"));
+    QList<QStandardItem *> items;
+    items.reserve(countries.size() + 1);
+    auto item = [](const QString &text, const QString &code) {
+        auto *i = new QStandardItem(text);
+        i->setData(code, Qt::UserRole);
+        return i;
+    };
+    items.append(item(tr("Не задано"), QStringLiteral("0")));
     for (const Country &country : qAsConst(countries))
-        m_citizenship->addItem(country.name, country.code);
+        items.append(item(country.name, country.code));
+    // One insertion: a row at a time would have the combo and its filter
+    // look again 254 times.
+    auto *model = qobject_cast<QStandardItemModel *>(m_citizenship->model());
+    if (model) {
+        model->invisibleRootItem()->appendRows(items);
+    } else {
+        for (QStandardItem *i : qAsConst(items)) {
+            m_citizenship->addItem(i->text(), i->data(Qt::UserRole));
+            delete i;
+        }
+    }
 }
 
 QString NewWorkerWizardParametersPage::refusal() const

@@ -136,9 +136,13 @@ void TestNewObjectWizards::cleanup()
     // A failed check leaves its wizard open: closed here, so that the
     // next test starts clean, but still reported.
     const QWidgetList left = QApplication::topLevelWidgets();
-    for (QWidget *w : left)
+    QList<QPointer<QWidget>> guarded;
+    for (QWidget *w : left) {
         qWarning() << "left open:" << w;
-    qDeleteAll(left);
+        guarded.append(w);
+    }
+    for (const QPointer<QWidget> &w : qAsConst(guarded))
+        delete w.data();
     QVERIFY(left.isEmpty());
 }
 

@@ -20,6 +20,7 @@ NewWorkerPhotoPage::NewWorkerPhotoPage(QWidget *parent)
     const bool denied = photosDenied();
     m_photo->setDefaultPicture(QPixmap(denied ? QStringLiteral(":/accessctl/fz152") : QStringLiteral(":/accessctl/no_photo")));
     m_photo->setButtonsEnabled(!denied);
+    revalidate();
     if (denied)
         reasonLabel()->setText(tr("Хранение фотографий сотрудников запрещено настройками базы данных"));
     auto *layout = new QVBoxLayout(this);

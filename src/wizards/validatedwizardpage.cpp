@@ -13,12 +13,14 @@ ValidatedWizardPage::ValidatedWizardPage(QWidget *parent)
 
 bool ValidatedWizardPage::isComplete() const
 {
-    return refusal().isEmpty();
+    return m_complete;
 }
 
 void ValidatedWizardPage::revalidate()
 {
-    m_reason->setText(refusal());
+    const QString why = refusal();
+    m_reason->setText(why);
+    m_complete = why.isEmpty();
     emit completeChanged();
 }
 

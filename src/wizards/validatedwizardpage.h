@@ -38,6 +38,9 @@ public:
     // What the page will write; values left empty are not listed.
     virtual QList<Field> fields() const = 0;
 
+    // As of the last revalidate(): pages revalidate on every edit that
+    // matters, and the wizard asks after each, so a refusal that scans the
+    // store is not worked out twice per keystroke.
     bool isComplete() const override;
     QLabel *reasonLabel() const { return m_reason; }
 
@@ -51,6 +54,7 @@ protected:
 
 private:
     QLabel *m_reason;
+    bool m_complete = false;
 };
 
 #endif

@@ -399,6 +399,39 @@
     </message>
 </context>
 <context>
+    <name>DepartmentPropertyView</name>
+    <message>
+        <location filename="../src/orgstructure/departmentpropertyview.cpp" line="+8"/>
+        <source>Название</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Название подразделения не может быть пустым</source>
+        <translation>The department name cannot be empty</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Номер</source>
+        <translation>Number</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Описание</source>
+        <translation>Description</translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <source>Сохранение параметров подразделения %1</source>
+        <translation>Saving the properties of department %1</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Ошибка сохранения параметров подразделения %1</source>
+        <translation>Error saving the properties of department %1</translation>
+    </message>
+</context>
+<context>
     <name>DepartmentSelectionDialog</name>
     <message>
         <location filename="../src/orgstructure/departmentselectiondialog.cpp" line="+33"/>
@@ -501,6 +534,79 @@
         <location line="+2"/>
         <source>Карта %1</source>
         <translation>Card %1</translation>
+    </message>
+</context>
+<context>
+    <name>FirmPropertyView</name>
+    <message>
+        <location filename="../src/orgstructure/firmpropertyview.cpp" line="+34"/>
+        <source>Краткое название</source>
+        <translation>Short name</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Краткое название организации не может быть пустым</source>
+        <translation>The short name of the firm cannot be empty</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Полное название</source>
+        <translation>Full name</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>ИНН</source>
+        <translation>INN</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>ИНН организации состоит из 10 цифр с верной контрольной цифрой</source>
+        <translation>A firm&apos;s INN has 10 digits with a correct check digit</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>10 цифр</source>
+        <translation>10 digits</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>КПП</source>
+        <translation>KPP</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>КПП состоит из 9 цифр</source>
+        <translation>A KPP has 9 digits</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>ОГРН</source>
+        <translation>OGRN</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>ОГРН состоит из 13 цифр с верной контрольной цифрой</source>
+        <translation>An OGRN has 13 digits with a correct check digit</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Адрес</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Описание</source>
+        <translation>Description</translation>
+    </message>
+    <message>
+        <location line="+20"/>
+        <source>Сохранение параметров организации %1</source>
+        <translation>Saving the properties of firm %1</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Ошибка сохранения параметров организации %1</source>
+        <translation>Error saving the properties of firm %1</translation>
     </message>
 </context>
 <context>
@@ -2574,6 +2680,29 @@
     </message>
 </context>
 <context>
+    <name>OrgPropertyView</name>
+    <message>
+        <location filename="../src/orgstructure/orgpropertyview.cpp" line="+26"/>
+        <source>(разные значения)</source>
+        <translation>(various values)</translation>
+    </message>
+    <message>
+        <location line="+22"/>
+        <source>Идентификатор БД</source>
+        <translation>Database ID</translation>
+    </message>
+    <message>
+        <location line="+174"/>
+        <source>Только чтение: изменения не могут быть сохранены</source>
+        <translation>Read only: the changes cannot be saved</translation>
+    </message>
+    <message>
+        <location line="+109"/>
+        <source>Параметры сохранены</source>
+        <translation>Data saved</translation>
+    </message>
+</context>
+<context>
     <name>PhotoWidget</name>
     <message>
         <location filename="../platform/nvwidgets/photowidget.cpp" line="+27"/>
@@ -2734,7 +2863,7 @@
 <context>
     <name>StoreFile</name>
     <message>
-        <location filename="../platform/localstorage/storefile.cpp" line="+415"/>
+        <location filename="../platform/localstorage/storefile.cpp" line="+499"/>
         <source>Файл хранилища поврежден (%1): %2</source>
         <translation>The store file is damaged (%1): %2</translation>
     </message>
@@ -3348,22 +3477,14 @@
     </message>
 </context>
 <context>
-    <name>nivaro</name>
-    <message>
-        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+52"/>
-        <source>Объект %1 не найден</source>
-        <translation>Object %1 not found</translation>
-    </message>
-</context>
-<context>
     <name>nivaro::LocalStorage</name>
     <message>
-        <location filename="../platform/localstorage/localstorage.cpp" line="+715"/>
+        <location filename="../platform/localstorage/localstorage.cpp" line="+794"/>
         <source>Объект без идентификатора не может быть сохранен</source>
         <translation>An object without an ID cannot be saved</translation>
     </message>
     <message>
-        <location line="+52"/>
+        <location line="+63"/>
         <source>Объект %1 не найден в хранилище</source>
         <translation>Object %1 not found in the store</translation>
     </message>
@@ -3371,7 +3492,7 @@
 <context>
     <name>nivaro::StoreFile</name>
     <message>
-        <location filename="../platform/localstorage/storefile.cpp" line="-330"/>
+        <location filename="../platform/localstorage/storefile.cpp" line="-402"/>
         <source>Недостаточно места на диске: изменения не записаны</source>
         <translation>Not enough disk space: the changes were not written</translation>
     </message>
@@ -3470,7 +3591,7 @@
         <translation>No write permission for the store file</translation>
     </message>
     <message>
-        <location line="+244"/>
+        <location line="+316"/>
         <source>Файл хранилища поврежден (%1): %2</source>
         <translation>The store file is damaged (%1): %2</translation>
     </message>
@@ -3478,7 +3599,17 @@
 <context>
     <name>nivaro::StoreFile::Batch</name>
     <message>
-        <location line="+182"/>
+        <location line="+191"/>
+        <source>Не удалось записать изменения в хранилище</source>
+        <translation>Could not write the changes to the store</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>В хранилище не осталось свободных идентификаторов</source>
+        <translation>The store has no free IDs left</translation>
+    </message>
+    <message>
+        <location line="+44"/>
         <source>Объект %1 не найден в хранилище</source>
         <translation>Object %1 not found in the store</translation>
     </message>
@@ -3486,37 +3617,120 @@
 <context>
     <name>nivaro::TaskExecutor</name>
     <message>
-        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+185"/>
-        <source>Неизвестная команда: %1</source>
-        <translation>Unknown command: %1</translation>
+        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+50"/>
+        <location line="+268"/>
+        <source>Объект %1 не найден</source>
+        <translation>Object %1 not found</translation>
     </message>
-</context>
-<context>
-    <name>nivaro::TaskExecutorPrivate</name>
     <message>
-        <location line="-148"/>
+        <location line="-246"/>
+        <source>Организация может находиться только в корне оргструктуры, а не в объекте %1</source>
+        <translation>A firm can only be at the top of the organisation, not in object %1</translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Подразделение %1 нельзя перенести в само себя</source>
+        <translation>Department %1 cannot be moved into itself</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Родительский объект %1 не найден</source>
+        <translation>Parent object %1 not found</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Подразделение может находиться только в организации или в другом подразделении, а %1 не организация и не подразделение</source>
+        <translation>A department can only be in a firm or in another department, and %1 is neither</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Сотрудник может находиться только в организации или в подразделении, а %1 не организация и не подразделение</source>
+        <translation>An employee can only be in a firm or in a department, and %1 is neither</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>Подразделение %1 нельзя перенести в подчиненное ему подразделение %2</source>
+        <translation>Department %1 cannot be moved into its own sub-department %2</translation>
+    </message>
+    <message>
+        <location line="+83"/>
         <source>Тип объекта %1 (%2) не совпадает с типом в задаче (%3)</source>
         <translation>The type of object %1 (%2) does not match the type in the task (%3)</translation>
     </message>
     <message>
-        <location line="+46"/>
-        <source>Карта не создана: сотрудник %1 не найден</source>
-        <translation>Card not created: employee %1 not found</translation>
+        <location line="+33"/>
+        <source>Объект не создан: не указан тип объекта</source>
+        <translation>Object not created: no object type given</translation>
     </message>
     <message>
-        <location line="+12"/>
+        <location line="+1"/>
+        <source>Объект не создан: объекты типа %1 так не создаются</source>
+        <translation>Object not created: objects of type %1 cannot be created this way</translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>Организация не создана: не задано название</source>
+        <translation>Firm not created: no name given</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Подразделение не создано: не задано название</source>
+        <translation>Department not created: no name given</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Сотрудник не создан: не задана фамилия</source>
+        <translation>Employee not created: no surname given</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Объект не создан: не указан родительский объект</source>
+        <translation>Object not created: no parent object given</translation>
+    </message>
+    <message>
+        <location line="+28"/>
         <source>Карта не создана: неверный номер карты &quot;%1&quot;</source>
         <translation>Card not created: invalid card number &quot;%1&quot;</translation>
     </message>
     <message>
-        <location line="+10"/>
+        <location line="+12"/>
+        <source>Карта не создана: сотрудник %1 не найден</source>
+        <translation>Card not created: employee %1 not found</translation>
+    </message>
+    <message>
+        <location line="+11"/>
         <source>Карта с номером %1 уже выдана: %2. Одну карту нельзя выдать дважды</source>
         <translation>A card with number %1 is already issued: %2. One card cannot be issued twice</translation>
     </message>
     <message>
-        <location line="+25"/>
+        <location line="+17"/>
+        <source>Сотрудник не уволен: не указана дата увольнения</source>
+        <translation>Employee not dismissed: no dismissal date given</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Сотрудник не уволен: неверная дата увольнения &quot;%1&quot;</source>
+        <translation>Employee not dismissed: invalid dismissal date &quot;%1&quot;</translation>
+    </message>
+    <message>
+        <location line="+17"/>
+        <source>Объект %1 не сотрудник: уволить можно только сотрудника</source>
+        <translation>Object %1 is not an employee: only employees can be dismissed</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Сотрудник %1 уже уволен</source>
+        <translation>Employee %1 is already dismissed</translation>
+    </message>
+    <message>
+        <location line="+21"/>
         <source>Подразделение %1 не пусто: сначала удалите или переведите сотрудников</source>
         <translation>Department %1 is not empty: delete or transfer its employees first</translation>
+    </message>
+    <message>
+        <location line="+55"/>
+        <source>Неизвестная команда: %1</source>
+        <translation>Unknown command: %1</translation>
     </message>
 </context>
 </TS>

@@ -13,6 +13,9 @@
 #include <QRegularExpression>
 #include <QTimer>
 
+#include <algorithm>
+#include <memory>
+
 namespace nivaro {
 
 namespace {
@@ -87,6 +90,8 @@ public:
             absences.insert(worker.worker, worker);
     }
     QMultiHash<TYPE_ID, TYPE_ID> cardsByOwner;
+    QMultiHash<QString, TYPE_ID> cardsByNumber; // by StoreFile::cardNumberKey()
+    TYPE_ID issuedUid = 0; // the highest uid createObject() handed out without a file
     QHash<QString, quint64> revisions;
     quint64 lastRevision = 0;
     void touch(const QString &dataname) { revisions.insert(dataname, ++lastRevision); }
@@ -178,8 +183,10 @@ public:
             const auto it = old.constFind(uid);
             if (it != old.cend()) {
                 unindexObject(previous, *it);
-                if (previous == CARD_DATANAME)
+                if (previous == CARD_DATANAME) {
                     cardsByOwner.remove(cardOwner(*it), uid);
+                    cardsByNumber.remove(StoreFile::cardNumberKey(it->parameter(db::card::NUMBER)), uid);
+                }
             }
             if (previous != dataname) {
                 old.remove(uid);
@@ -191,6 +198,7 @@ public:
         datanameOf.insert(uid, dataname);
         if (dataname == CARD_DATANAME) {
             cardsByOwner.insert(cardOwner(object), uid);
+            cardsByNumber.insert(StoreFile::cardNumberKey(object.parameter(db::card::NUMBER)), uid);
             reindexCardsOf(cardOwner(object));
         } else {
             indexObject(dataname, object);
@@ -228,6 +236,7 @@ public:
         if (name == CARD_DATANAME) {
             const TYPE_ID owner = cardOwner(object);
             cardsByOwner.remove(owner, uid);
+            cardsByNumber.remove(StoreFile::cardNumberKey(object.parameter(db::card::NUMBER)), uid);
             reindexCardsOf(owner);
         }
         blobs.remove(uid);
@@ -422,7 +431,75 @@ public:
     }
 };
 
+StoredRecords::~StoredRecords() = default;
+
 namespace {
+
+// The file's records inside a write's transaction. A read that fails is
+// kept: the write then fails with the store's reason rather than with the
+// condition's, which saw nothing.
+class FileRecords : public StoredRecords
+{
+public:
+    explicit FileRecords(StoreFile &file)
+        : m_file(file)
+    {
+    }
+    ObjectInfo object(TYPE_ID uid) const override
+    {
+        ObjectInfo record;
+        bool found = false;
+        return m_file.readObject(uid, &record, &found, &failure) && found ? record : ObjectInfo();
+    }
+    TYPE_ID cardWithNumber(const QString &number) const override
+    {
+        TYPE_ID card = 0;
+        return m_file.cardWithNumber(number, &card, &failure) ? card : 0;
+    }
+    mutable QString failure;
+
+private:
+    StoreFile &m_file;
+};
+
+// A store without a file checks against the cache.
+class CacheRecords : public StoredRecords
+{
+public:
+    explicit CacheRecords(const LocalStorage *store, const QMultiHash<QString, TYPE_ID> &cardsByNumber)
+        : m_store(store)
+        , m_cardsByNumber(cardsByNumber)
+    {
+    }
+    ObjectInfo object(TYPE_ID uid) const override { return m_store->object(uid); }
+    TYPE_ID cardWithNumber(const QString &number) const override
+    {
+        const QList<TYPE_ID> cards = m_cardsByNumber.values(StoreFile::cardNumberKey(number));
+        return cards.isEmpty() ? 0 : *std::min_element(cards.cbegin(), cards.cend());
+    }
+
+private:
+    const LocalStorage *m_store;
+    const QMultiHash<QString, TYPE_ID> &m_cardsByNumber;
+};
+
+StoreFile::Check fileCheck(const LocalStorage::WriteCondition &condition)
+{
+    return [condition](StoreFile &file, QString *refusal) {
+        FileRecords records(file);
+        const QString why = condition(records);
+        if (!records.failure.isEmpty()) {
+            *refusal = records.failure;
+            return false;
+        }
+        if (why.isEmpty())
+            return true;
+        qDebug() << "store: write refused by its condition";
+        *refusal = why;
+        return false;
+    };
+}
+
 void closeWithApplication()
 {
     LocalStorage::instance()->close();
@@ -649,6 +726,8 @@ void LocalStorage::close()
     d->absences.clear();
     d->templates.clear();
     d->cardsByOwner.clear();
+    d->cardsByNumber.clear();
+    d->issuedUid = 0;
     // Every collection has just changed, even one that stays empty.
     for (auto it = d->revisions.begin(); it != d->revisions.end(); ++it)
         *it = ++d->lastRevision;
@@ -727,7 +806,8 @@ bool LocalStorage::putObjects(const QString &dataname, const QList<ObjectInfo> &
 }
 
 bool LocalStorage::saveChanges(TYPE_ID uid, const QHash<QString, QString> &parameters,
-                               const QHash<QString, QByteArray> &blobs, std::optional<TYPE_ID> parent, QString *error)
+                               const QHash<QString, QByteArray> &blobs, std::optional<TYPE_ID> parent, QString *error,
+                               const WriteCondition &condition)
 {
     const auto merge = [&](QString *dataname, ObjectInfo *record) {
         for (auto it = parameters.cbegin(); it != parameters.cend(); ++it) {
@@ -744,6 +824,8 @@ bool LocalStorage::saveChanges(TYPE_ID uid, const QHash<QString, QString> &param
     ObjectInfo merged;
     if (d->file.isOpen()) {
         StoreFile::Batch batch;
+        if (condition)
+            batch.check(fileCheck(condition));
         batch.mergeObject(uid, [&](QString *dataname, ObjectInfo *record) {
             merge(dataname, record);
             home = *dataname;
@@ -758,6 +840,14 @@ bool LocalStorage::saveChanges(TYPE_ID uid, const QHash<QString, QString> &param
         if (!d->file.write(batch, error))
             return false;
     } else if (const ObjectInfo *current = constObject(uid)) {
+        if (condition) {
+            const QString why = condition(CacheRecords(this, d->cardsByNumber));
+            if (!why.isEmpty()) {
+                if (error)
+                    *error = why;
+                return false;
+            }
+        }
         home = dataname(uid);
         merged = *current;
         merge(&home, &merged);
@@ -773,6 +863,42 @@ bool LocalStorage::saveChanges(TYPE_ID uid, const QHash<QString, QString> &param
     d->absorb(home, merged, &notices);
     d->announce(this, notices);
     return true;
+}
+
+TYPE_ID LocalStorage::createObject(const QString &dataname, const ObjectInfo &object,
+                                   const QHash<QString, QByteArray> &blobs, const WriteCondition &condition,
+                                   QString *error)
+{
+    const QString home = LocalStoragePrivate::home(dataname, object);
+    ObjectInfo created = object;
+    if (d->file.isOpen()) {
+        const auto uid = std::make_shared<TYPE_ID>(0);
+        StoreFile::Batch batch;
+        if (condition)
+            batch.check(fileCheck(condition));
+        batch.createObject(home, object, blobs, uid);
+        if (!d->file.write(batch, error))
+            return 0;
+        created.setUid(*uid);
+    } else {
+        if (condition) {
+            const QString why = condition(CacheRecords(this, d->cardsByNumber));
+            if (!why.isEmpty()) {
+                if (error)
+                    *error = why;
+                return 0;
+            }
+        }
+        created.setUid(qMax(nextUid(), d->issuedUid + 1));
+        d->issuedUid = created.uid();
+    }
+    for (auto it = blobs.cbegin(); it != blobs.cend(); ++it)
+        d->keepBlob(created.uid(), it.key(), it.value());
+    LocalStoragePrivate::Notices notices;
+    d->absorb(home, created, &notices);
+    d->announce(this, notices);
+    qDebug() << "store: created" << created.uid() << created.typeName() << "in" << home;
+    return created.uid();
 }
 
 bool LocalStorage::updateParameters(TYPE_ID uid, const QHash<QString, QString> &parameters, QString *error)

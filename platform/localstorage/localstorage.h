@@ -16,6 +16,7 @@
 #include <QScopedPointer>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 namespace nivaro {
@@ -30,6 +31,22 @@ struct WorkerCalendar
     QList<SCHEDULE_DATA> personalSchedules;
     QList<_WORKER_SCHEDULE_HISTORY_RECORD_V2> scheduleHistory;
     QList<_WORKER_ABSENCE_REASON_RECORD> absences;
+};
+
+/**
+ * What a write's condition reads (LocalStorage::WriteCondition): the
+ * records as the store file holds them inside the write's transaction,
+ * where no other client can change them before it ends; the cache itself
+ * for a store without a file.
+ */
+class LOCALSTORAGE_EXPORT StoredRecords
+{
+public:
+    virtual ~StoredRecords();
+    // An invalid record when there is none.
+    virtual ObjectInfo object(TYPE_ID uid) const = 0;
+    // A card that carries this number (leading zeros aside); 0 when none does.
+    virtual TYPE_ID cardWithNumber(const QString &number) const = 0;
 };
 
 /**
@@ -118,6 +135,13 @@ public:
     QString readOnlyReason() const;
 
     // ---- Write side (hosts and the executor) ------------------------------
+    // What a write requires of the stored records, checked in its own
+    // transaction just before it writes: the empty text to go ahead,
+    // otherwise the operator's reason, which the write reports as its
+    // error, changing nothing. What another client may be changing at the
+    // same moment is checked here, not against the cache.
+    using WriteCondition = std::function<QString(const StoredRecords &stored)>;
+
     // Inserts or replaces objects in a collection.
     bool putObjects(const QString &dataname, const QList<ObjectInfo> &objects, QString *error = nullptr);
     // Applies exactly these changes to the object as the file holds it now,
@@ -126,7 +150,17 @@ public:
     // remove one) and, when given, the parent. An employee whose
     // PT_OBJECTSTATE changes moves between "subject" and "subject_fired".
     bool saveChanges(TYPE_ID uid, const QHash<QString, QString> &parameters, const QHash<QString, QByteArray> &blobs,
-                     std::optional<TYPE_ID> parent, QString *error = nullptr);
+                     std::optional<TYPE_ID> parent, QString *error = nullptr,
+                     const WriteCondition &condition = WriteCondition());
+    // Stores a new object with its blobs under a uid that no object of the
+    // file holds or ever held. The uid is chosen inside the write's
+    // transaction, so two clients of one file creating at once never get
+    // the same one; `condition` is checked in that same transaction (a
+    // card whose number another card carries, a parent that is gone).
+    // Returns the new uid, or 0 (error says why, nothing was written).
+    TYPE_ID createObject(const QString &dataname, const ObjectInfo &object,
+                         const QHash<QString, QByteArray> &blobs = QHash<QString, QByteArray>(),
+                         const WriteCondition &condition = WriteCondition(), QString *error = nullptr);
     // saveChanges() of parameters only, or of the parent only.
     bool updateParameters(TYPE_ID uid, const QHash<QString, QString> &parameters, QString *error = nullptr);
     bool setParent(TYPE_ID uid, TYPE_ID parent, QString *error = nullptr);
@@ -144,7 +178,8 @@ public:
     bool setTemplates(TYPE_ID worker, const QList<_TEMPLATE_DATA> &templates, QString *error = nullptr);
     // The three calls above for many employees in one transaction.
     bool putWorkerCalendars(const QList<WorkerCalendar> &calendars, QString *error = nullptr);
-    // A uid no object holds yet (the executor creates objects with it).
+    // A uid no object of the cache holds yet. Only for a store without a
+    // file: with one, createObject() is how a new object gets its uid.
     TYPE_ID nextUid() const;
 
     // Whether the timer looks for other clients' writes (on by default);

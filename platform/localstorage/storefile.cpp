@@ -2,6 +2,9 @@
 
 #include "storerecordcodec.h"
 
+#include <datanames.h>
+#include <dbparams.h>
+#include <objecttypes.h>
 #include <stringpool.h>
 
 #include <QCoreApplication>
@@ -15,6 +18,7 @@
 #include <QUrl>
 
 #include <iterator>
+#include <limits>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -62,6 +66,14 @@ const char *const LogSchema[] = {
 // What version 3 added: employees' biometric templates, one row per worker.
 const char *const TemplateSchema[] = {
     "CREATE TABLE templates(worker INTEGER PRIMARY KEY, body BLOB NOT NULL)",
+};
+
+// What version 4 added: card numbers beside the cards, so that a new card's
+// number is checked against the others without reading every card.
+const char *const CardNumberSchema[] = {
+    "CREATE TABLE IF NOT EXISTS card_numbers(uid INTEGER PRIMARY KEY, number TEXT NOT NULL)",
+    "CREATE INDEX IF NOT EXISTS card_numbers_by_number ON card_numbers(number)",
+    "DELETE FROM card_numbers",
 };
 
 // access() asks about the real user; the effective one is who writes.
@@ -353,6 +365,7 @@ bool StoreFile::createSchema(QString *error)
         [&] {
             return runAll(Schema, std::size(Schema), error) && runAll(LogSchema, std::size(LogSchema), error)
                 && runAll(TemplateSchema, std::size(TemplateSchema), error)
+                && runAll(CardNumberSchema, std::size(CardNumberSchema), error)
                 && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("application"), Application}, error)
                 && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("version"), FormatVersion}, error);
         },
@@ -362,8 +375,9 @@ bool StoreFile::createSchema(QString *error)
     return ok;
 }
 
-// A version 1 file gains the change log, a version 2 file the templates;
-// all or nothing, so an older client's file is never left half converted.
+// A version 1 file gains the change log, a version 2 file the templates, a
+// version 3 file the card numbers; all or nothing, so an older client's
+// file is never left half converted.
 bool StoreFile::migrate(QString *error)
 {
     if (m_version >= FormatVersion)
@@ -371,7 +385,8 @@ bool StoreFile::migrate(QString *error)
     const bool ok = transact(
         [&] {
             return (m_version >= 2 || runAll(LogSchema, std::size(LogSchema), error))
-                && runAll(TemplateSchema, std::size(TemplateSchema), error)
+                && (m_version >= 3 || runAll(TemplateSchema, std::size(TemplateSchema), error))
+                && runAll(CardNumberSchema, std::size(CardNumberSchema), error) && indexCardNumbers(error)
                 && run(QStringLiteral("UPDATE meta SET value = ? WHERE key = 'version'"), {FormatVersion}, error);
         },
         error);
@@ -380,6 +395,75 @@ bool StoreFile::migrate(QString *error)
     qDebug() << "store: migrated" << m_version << "->" << FormatVersion;
     m_version = FormatVersion;
     return true;
+}
+
+bool StoreFile::indexCardNumbers(QString *error)
+{
+    QList<ObjectInfo> cards;
+    StringPool pool;
+    const bool read = select(QStringLiteral("SELECT body FROM objects WHERE dataname = ?"), {CARD_DATANAME},
+                             [&](const QSqlQuery &q) {
+                                 ObjectInfo card;
+                                 QString why;
+                                 // A card that no longer decodes is reported when the store loads.
+                                 if (StoreRecordCodec::decodeObject(q.value(0).toByteArray(), &pool, &card, &why))
+                                     cards.append(card);
+                                 return true;
+                             },
+                             error);
+    if (!read)
+        return false;
+    for (const ObjectInfo &card : qAsConst(cards)) {
+        if (!indexCard(CARD_DATANAME, card, error))
+            return false;
+    }
+    return true;
+}
+
+// Keeps a card's row of card_numbers as the card now is.
+bool StoreFile::indexCard(const QString &dataname, const ObjectInfo &object, QString *error)
+{
+    if (!run(QStringLiteral("DELETE FROM card_numbers WHERE uid = ?"), {object.uid()}, error))
+        return false;
+    const QString number = cardNumberKey(object.parameter(db::card::NUMBER));
+    if (dataname != CARD_DATANAME || number.isEmpty())
+        return true;
+    return run(QStringLiteral("INSERT INTO card_numbers(uid, number) VALUES (?, ?)"), {object.uid(), number}, error);
+}
+
+QString StoreFile::cardNumberKey(const QString &number)
+{
+    const QString trimmed = number.trimmed();
+    int zeros = 0;
+    while (zeros + 1 < trimmed.size() && trimmed.at(zeros) == QLatin1Char('0'))
+        ++zeros;
+    for (const QChar c : trimmed) {
+        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
+            return trimmed;
+    }
+    return trimmed.mid(zeros);
+}
+
+bool StoreFile::readObject(TYPE_ID uid, ObjectInfo *object, bool *found, QString *error)
+{
+    Contents stored;
+    if (!loadObjects(uid, &stored, error))
+        return false;
+    *found = !stored.objects.isEmpty();
+    *object = *found ? stored.objects.cbegin()->first() : ObjectInfo();
+    return true;
+}
+
+bool StoreFile::cardWithNumber(const QString &number, TYPE_ID *card, QString *error)
+{
+    *card = 0;
+    return select(QStringLiteral("SELECT uid FROM card_numbers WHERE number = ? ORDER BY uid LIMIT 1"),
+                  {cardNumberKey(number)},
+                  [&](const QSqlQuery &q) {
+                      *card = q.value(0).toUInt();
+                      return true;
+                  },
+                  error);
 }
 
 // All of the file in one read transaction, so a client writing meanwhile
@@ -579,10 +663,13 @@ bool StoreFile::run(const QString &sql, const QVariantList &values, QString *err
     return false;
 }
 
-qint64 StoreFile::scalar(const QString &sql, bool *ok)
+qint64 StoreFile::scalar(const QString &sql, bool *ok, const QVariantList &values)
 {
     QSqlQuery q(m_db);
-    if (q.exec(sql) && q.next())
+    bool prepared = q.prepare(sql);
+    for (int i = 0; prepared && i < values.size(); ++i)
+        q.bindValue(i, values.at(i));
+    if (prepared && q.exec() && q.next())
         return q.value(0).toLongLong();
     qDebug() << "store: query failed" << sql << q.lastError().text();
     *ok = false;
@@ -716,7 +803,61 @@ void StoreFile::Batch::putObject(const QString &dataname, const ObjectInfo &obje
     m_steps.append([dataname, object](StoreFile &f) {
         f.note(ObjectItem, object.uid());
         return f.run(QStringLiteral("INSERT OR REPLACE INTO objects(uid, dataname, body) VALUES (?, ?, ?)"),
-                     {object.uid(), dataname, object.serialize()}, &f.m_failure);
+                     {object.uid(), dataname, object.serialize()}, &f.m_failure)
+            && (dataname != CARD_DATANAME || f.indexCard(dataname, object, &f.m_failure));
+    });
+}
+
+void StoreFile::Batch::createObject(const QString &dataname, const ObjectInfo &object,
+                                    const QHash<QString, QByteArray> &blobs, const std::shared_ptr<TYPE_ID> &uid)
+{
+    m_steps.append([dataname, object, blobs, uid](StoreFile &f) {
+        // Past every uid in the file and every uid handed out before, so a
+        // uid whose object was deleted never names another one: a stale
+        // task or view would otherwise change the wrong object.
+        bool ok = true;
+        const qint64 next = f.scalar(QStringLiteral("SELECT max(ifnull((SELECT max(uid) FROM objects), 0) + 1, "
+                                                    "ifnull((SELECT CAST(value AS INTEGER) FROM meta WHERE key = 'next_uid'), 0), ?)"),
+                                     &ok, {qint64(SUBJECT_ROOT_UID) + 1});
+        if (!ok) {
+            f.m_failure = tr("Не удалось записать изменения в хранилище");
+            return false;
+        }
+        if (next > qint64(std::numeric_limits<TYPE_ID>::max())) {
+            f.m_failure = tr("В хранилище не осталось свободных идентификаторов");
+            qDebug() << "store: uids exhausted" << next;
+            return false;
+        }
+        ObjectInfo created = object;
+        created.setUid(TYPE_ID(next));
+        f.note(ObjectItem, created.uid());
+        if (!f.run(QStringLiteral("INSERT INTO objects(uid, dataname, body) VALUES (?, ?, ?)"),
+                   {created.uid(), dataname, created.serialize()}, &f.m_failure)
+            || !f.run(QStringLiteral("INSERT OR REPLACE INTO meta(key, value) VALUES ('next_uid', ?)"), {next + 1},
+                      &f.m_failure)
+            || (dataname == CARD_DATANAME && !f.indexCard(dataname, created, &f.m_failure)))
+            return false;
+        for (auto it = blobs.cbegin(); it != blobs.cend(); ++it) {
+            if (it.value().isEmpty())
+                continue;
+            f.note(BlobItem, created.uid());
+            if (!f.run(QStringLiteral("INSERT OR REPLACE INTO blobs(uid, key, body) VALUES (?, ?, ?)"),
+                       {created.uid(), it.key(), it.value()}, &f.m_failure))
+                return false;
+        }
+        *uid = created.uid();
+        return true;
+    });
+}
+
+void StoreFile::Batch::check(const Check &check)
+{
+    m_steps.append([check](StoreFile &f) {
+        QString refusal;
+        if (check(f, &refusal))
+            return true;
+        f.m_failure = refusal;
+        return false;
     });
 }
 
@@ -736,7 +877,8 @@ void StoreFile::Batch::mergeObject(TYPE_ID uid, const Merge &merge)
         merge(&dataname, &record);
         f.note(ObjectItem, uid);
         return f.run(QStringLiteral("INSERT OR REPLACE INTO objects(uid, dataname, body) VALUES (?, ?, ?)"),
-                     {uid, dataname, record.serialize()}, &f.m_failure);
+                     {uid, dataname, record.serialize()}, &f.m_failure)
+            && (dataname != CARD_DATANAME || f.indexCard(dataname, record, &f.m_failure));
     });
 }
 
@@ -748,6 +890,7 @@ void StoreFile::Batch::removeObject(TYPE_ID uid)
         f.note(CalendarItem, uid);
         f.note(TemplatesItem, uid);
         for (const char *sql : {"DELETE FROM objects WHERE uid = ?", "DELETE FROM blobs WHERE uid = ?",
+                                "DELETE FROM card_numbers WHERE uid = ?",
                                 "DELETE FROM personal_schedules WHERE worker = ?",
                                 "DELETE FROM schedule_history WHERE worker = ?", "DELETE FROM absences WHERE worker = ?",
                                 "DELETE FROM templates WHERE worker = ?"}) {

@@ -14,6 +14,7 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 
 class QSqlError;
 class QSqlQuery;
@@ -69,6 +70,10 @@ public:
     // Applies changes to a stored record: gets the data name and the record
     // as stored and leaves in them what is to be stored.
     using Merge = std::function<void(QString *dataname, ObjectInfo *record)>;
+    // A condition checked inside the transaction, where no other client can
+    // change what it reads until the transaction ends: true to go ahead,
+    // false with the operator's reason in *refusal to roll everything back.
+    using Check = std::function<bool(StoreFile &file, QString *refusal)>;
 
     // What one transaction does, statement by statement.
     class Batch
@@ -78,6 +83,12 @@ public:
         // Reads the record inside the transaction, so a change made by
         // another client in the meantime is kept; fails when it is absent.
         void mergeObject(TYPE_ID uid, const Merge &merge);
+        // Inserts the object under a uid that no object of the file holds
+        // or ever held, chosen inside the transaction, so two clients never
+        // hand out the same one; *uid receives it once the step has run.
+        void createObject(const QString &dataname, const ObjectInfo &object, const QHash<QString, QByteArray> &blobs,
+                          const std::shared_ptr<TYPE_ID> &uid);
+        void check(const Check &check);
         // The object with its blobs and calendar rows.
         void removeObject(TYPE_ID uid);
         void putBlob(TYPE_ID uid, const QString &key, const QByteArray &bytes);
@@ -95,7 +106,7 @@ public:
         QList<std::function<bool(StoreFile &)>> m_steps;
     };
 
-    static constexpr int FormatVersion = 3;
+    static constexpr int FormatVersion = 4;
     static const QString Application;
 
     StoreFile();
@@ -117,6 +128,14 @@ public:
     // Empty changes when no other connection committed since the last call.
     bool readChanges(Changes *changes, QString *error);
 
+    // For checks inside a write: the record as the file holds it (found
+    // false when there is none), and a card that carries a number.
+    bool readObject(TYPE_ID uid, ObjectInfo *object, bool *found, QString *error);
+    bool cardWithNumber(const QString &number, TYPE_ID *card, QString *error);
+    // The form under which card numbers are compared: "0077" and "77" are
+    // one number to a reader.
+    static QString cardNumberKey(const QString &number);
+
     // The operator's sentence for a failed statement; the SQLite text goes
     // to the debug line.
     static QString failureText(const QSqlError &error);
@@ -133,6 +152,8 @@ private:
     bool runAll(const char *const *statements, std::size_t count, QString *error);
     bool createSchema(QString *error);
     bool migrate(QString *error);
+    bool indexCardNumbers(QString *error);
+    bool indexCard(const QString &dataname, const ObjectInfo &object, QString *error);
     bool load(Contents *contents, QString *error);
     bool loadAll(Contents *contents, QString *error);
     // A null id loads every row of the table.
@@ -146,7 +167,7 @@ private:
                 QString *error);
     bool exec(const QString &sql, QString *error);
     bool run(const QString &sql, const QVariantList &values, QString *error);
-    qint64 scalar(const QString &sql, bool *ok);
+    qint64 scalar(const QString &sql, bool *ok, const QVariantList &values = {});
     void note(const QString &what, qint64 id) { m_touched.insert(qMakePair(what, id)); }
     bool logTouched(QString *error);
 

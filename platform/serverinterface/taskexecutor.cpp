@@ -8,7 +8,7 @@
 #include <objecttreemodel.h>
 #include <objecttypes.h>
 
-#include <QCoreApplication>
+#include <QDate>
 #include <QDebug>
 #include <QHash>
 #include <QMetaMethod>
@@ -21,6 +21,9 @@
 namespace nivaro {
 
 namespace {
+
+// Texts go through TaskExecutor::tr() even outside the class, so that they
+// are filed and looked up under one context, the class's own.
 
 // What a command handler answers: the uid to reply with, or 0 and why
 // (for the operator, and in English for the debug line).
@@ -42,14 +45,9 @@ Outcome storeFailure(const QString &why)
     return Outcome{0, why, QStringLiteral("store refused")};
 }
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("TaskExecutor", text);
-}
-
 Outcome notFound(TYPE_ID uid)
 {
-    return failure(tr("Объект %1 не найден").arg(uid), QStringLiteral("object not found: %1").arg(uid));
+    return failure(TaskExecutor::tr("Объект %1 не найден").arg(uid), QStringLiteral("object not found: %1").arg(uid));
 }
 
 // Parameters the server keeps beside the record rather than in it: a photo
@@ -57,6 +55,102 @@ Outcome notFound(TYPE_ID uid)
 bool isBlobKey(const QString &key)
 {
     return key == db::worker::PHOTO || key == db::worker::PHOTO_PREVIEW;
+}
+
+// Where an object of a type may stand: firms at the top of the
+// organisation, departments and employees in a firm or a department.
+// Read from the store inside the write, so a parent that another client
+// deleted or moved a moment ago is judged as it is now. uid is 0 for an
+// object being created.
+QString placementRefusal(const QString &type, TYPE_ID uid, TYPE_ID parent, const StoredRecords &stored,
+                         QString *debug)
+{
+    if (type == OT_FIRM) {
+        if (parent == SUBJECT_ROOT_UID)
+            return QString();
+        *debug = QStringLiteral("firm parent %1 is not the subject root").arg(parent);
+        return TaskExecutor::tr("Организация может находиться только в корне оргструктуры, а не в объекте %1").arg(parent);
+    }
+    if (type != OT_DEPARTMENT && type != OT_WORKER)
+        return QString();
+    const bool department = type == OT_DEPARTMENT;
+    if (department && uid != 0 && parent == uid) {
+        *debug = QStringLiteral("department %1 into itself").arg(uid);
+        return TaskExecutor::tr("Подразделение %1 нельзя перенести в само себя").arg(NVGlobals::objectName(stored.object(uid)));
+    }
+    const ObjectInfo target = stored.object(parent);
+    if (!target.isValid()) {
+        *debug = QStringLiteral("parent %1 not found").arg(parent);
+        return TaskExecutor::tr("Родительский объект %1 не найден").arg(parent);
+    }
+    if (target.typeName() != OT_FIRM && target.typeName() != OT_DEPARTMENT) {
+        *debug = QStringLiteral("parent %1 of type %2 cannot hold %3").arg(parent).arg(target.typeName(), type);
+        const QString name = NVGlobals::objectName(target).isEmpty() ? QString::number(parent) : NVGlobals::objectName(target);
+        return department ? TaskExecutor::tr("Подразделение может находиться только в организации или в другом подразделении, "
+                               "а %1 не организация и не подразделение")
+                                .arg(name)
+                          : TaskExecutor::tr("Сотрудник может находиться только в организации или в подразделении, "
+                               "а %1 не организация и не подразделение")
+                                .arg(name);
+    }
+    if (!department || uid == 0)
+        return QString();
+    // Below itself the department and everything under it would hang
+    // from nothing the tree can reach.
+    int steps = 0;
+    for (ObjectInfo up = target; up.isValid() && up.uid() != SUBJECT_ROOT_UID; up = stored.object(up.parent())) {
+        if (up.uid() == uid || ++steps > 100000) {
+            *debug = QStringLiteral("department %1 below its own descendant %2").arg(uid).arg(parent);
+            return TaskExecutor::tr("Подразделение %1 нельзя перенести в подчиненное ему подразделение %2")
+                .arg(NVGlobals::objectName(stored.object(uid)), NVGlobals::objectName(target));
+        }
+    }
+    return QString();
+}
+
+// A failure the store reported: the condition's English line when one
+// refused, the store's own otherwise (it has logged the SQLite side).
+Outcome writeFailure(const QString &why, const QString &debug)
+{
+    return debug.isEmpty() ? storeFailure(why) : failure(why, debug);
+}
+
+QString propertyKey(const QString &param)
+{
+    static const QString prefix = QStringLiteral("property-");
+    return param.startsWith(prefix) ? param.mid(prefix.size()) : QString();
+}
+
+// The task's "property-" entries: photos as blobs (hex text, as the views
+// read them back), the rest as parameters; skipEmpty for a new object,
+// where an empty value has nothing to remove.
+void splitProperties(const TaskInfo &task, bool skipEmpty, QHash<QString, QString> *parameters,
+                     QHash<QString, QByteArray> *blobs)
+{
+    for (auto it = task.params.cbegin(); it != task.params.cend(); ++it) {
+        const QString key = propertyKey(it.key());
+        const QString value = it.value().toString();
+        if (key.isEmpty() || (skipEmpty && value.isEmpty()))
+            continue;
+        if (isBlobKey(key))
+            blobs->insert(key, value.toLatin1());
+        else
+            parameters->insert(key, value);
+    }
+}
+
+// The task's "parent", 0 when it names none: no object has uid 0, and a
+// task queued before its object existed may carry 0 there.
+TYPE_ID parentOf(const TaskInfo &task)
+{
+    bool ok = false;
+    const TYPE_ID parent = task.params.value(QStringLiteral("parent")).toUInt(&ok);
+    return ok ? parent : 0;
+}
+
+bool isEmployee(const ObjectInfo *object)
+{
+    return object && object->typeName() == OT_WORKER;
 }
 
 } // namespace
@@ -71,6 +165,7 @@ public:
     {
         handlers.insert(QStringLiteral("save_object"), [this](const TaskInfo &t) { return saveObject(t); });
         handlers.insert(QStringLiteral("delete_object"), [this](const TaskInfo &t) { return deleteObject(t); });
+        handlers.insert(QStringLiteral("dismiss_object"), [this](const TaskInfo &t) { return dismissObject(t); });
     }
 
     // Hands the store only what the task changes: a parameter it does not
@@ -80,93 +175,163 @@ public:
         const QString type = task.params.value(QStringLiteral("object_type")).toString();
         const ObjectInfo *object = task.uid ? storage->constObject(task.uid) : nullptr;
         // A card that the reader just read or wrote is new to the server:
-        // the client cannot know its uid yet.
-        if (!object && type == OT_CARD)
-            return createCard(task);
+        // the client cannot know its uid yet. A card task queued behind
+        // the creation of its employee carries that employee's uid.
+        if (type == OT_CARD && (!object || isEmployee(object)))
+            return createCard(task, isEmployee(object) ? task.uid : parentOf(task));
+        if (task.uid == 0)
+            return createObject(task, type);
         if (!object)
             return notFound(task.uid);
         if (type != object->typeName())
-            return failure(tr("Тип объекта %1 (%2) не совпадает с типом в задаче (%3)")
+            return failure(TaskExecutor::tr("Тип объекта %1 (%2) не совпадает с типом в задаче (%3)")
                                .arg(task.uid)
                                .arg(object->typeName(), type),
                            QStringLiteral("object_type %1 does not match %2").arg(type, object->typeName()));
 
         QHash<QString, QString> parameters;
         QHash<QString, QByteArray> blobs;
-        for (auto it = task.params.cbegin(); it != task.params.cend(); ++it) {
-            const QString key = propertyKey(it.key());
-            if (key.isEmpty())
-                continue;
-            // Photos arrive as hex text, as the views read them back; an
-            // empty one removes the stored photo.
-            if (isBlobKey(key))
-                blobs.insert(key, it.value().toString().toLatin1());
-            else
-                parameters.insert(key, it.value().toString());
-        }
+        splitProperties(task, false, &parameters, &blobs);
         // Views send the parent they showed; only a different one is a move.
         std::optional<TYPE_ID> parent;
-        const QVariant parentValue = task.params.value(QStringLiteral("parent"));
-        bool ok = false;
-        const TYPE_ID parentUid = parentValue.toUInt(&ok);
-        if (parentValue.isValid() && ok && parentUid != object->parent())
+        const TYPE_ID parentUid = parentOf(task);
+        if (parentUid != 0 && parentUid != object->parent())
             parent = parentUid;
 
+        QString debug;
+        LocalStorage::WriteCondition condition;
+        if (parent) {
+            const TYPE_ID uid = task.uid;
+            condition = [type, uid, parentUid, &debug](const StoredRecords &stored) {
+                return placementRefusal(type, uid, parentUid, stored, &debug);
+            };
+        }
         QString error;
-        if (!storage->saveChanges(task.uid, parameters, blobs, parent, &error))
-            return storeFailure(error);
+        if (!storage->saveChanges(task.uid, parameters, blobs, parent, &error, condition))
+            return writeFailure(error, debug);
         return Outcome{task.uid, QString(), QString()};
     }
 
-    static QString propertyKey(const QString &param)
+    // A new firm, department or employee. The store picks the uid inside
+    // the same transaction that checks the parent and inserts the record.
+    Outcome createObject(const TaskInfo &task, const QString &type) const
     {
-        static const QString prefix = QStringLiteral("property-");
-        return param.startsWith(prefix) ? param.mid(prefix.size()) : QString();
+        if (type != OT_FIRM && type != OT_DEPARTMENT && type != OT_WORKER) {
+            return failure(type.isEmpty() ? TaskExecutor::tr("Объект не создан: не указан тип объекта")
+                                          : TaskExecutor::tr("Объект не создан: объекты типа %1 так не создаются").arg(type),
+                           QStringLiteral("cannot create object_type '%1'").arg(type));
+        }
+        QHash<QString, QString> parameters;
+        QHash<QString, QByteArray> blobs;
+        splitProperties(task, true, &parameters, &blobs);
+        const QString nameKey = type == OT_WORKER ? db::worker::LAST_NAME : db::common::NAME;
+        if (parameters.value(nameKey).trimmed().isEmpty()) {
+            const QString why = type == OT_FIRM         ? TaskExecutor::tr("Организация не создана: не задано название")
+                                : type == OT_DEPARTMENT ? TaskExecutor::tr("Подразделение не создано: не задано название")
+                                                        : TaskExecutor::tr("Сотрудник не создан: не задана фамилия");
+            return failure(why, QStringLiteral("new %1 without %2").arg(type, nameKey));
+        }
+        const TYPE_ID parent = parentOf(task);
+        if (parent == 0)
+            return failure(TaskExecutor::tr("Объект не создан: не указан родительский объект"),
+                           QStringLiteral("new %1 without parent").arg(type));
+
+        ObjectInfo object(0, type, parameters);
+        object.setParent(parent);
+        QString debug;
+        QString error;
+        const TYPE_ID uid = storage->createObject(
+            ObjectInfo::datatype(type), object, blobs,
+            [&](const StoredRecords &stored) { return placementRefusal(type, 0, parent, stored, &debug); }, &error);
+        if (uid == 0)
+            return writeFailure(error, debug);
+        qDebug() << "executor: created" << type << uid << "under" << parent;
+        return Outcome{uid, QString(), QString()};
     }
 
     // A new card for an employee. The number is what identifies a person at
-    // the doors, so the server never hands one number to two cards.
-    Outcome createCard(const TaskInfo &task) const
+    // the doors, so the server never hands one number to two cards; the
+    // check and the insert are one transaction, so two clients cannot.
+    Outcome createCard(const TaskInfo &task, TYPE_ID owner) const
     {
-        const QVariant parentValue = task.params.value(QStringLiteral("parent"));
-        const TYPE_ID owner = parentValue.toUInt();
-        const ObjectInfo *employee = storage->constObject(owner, QStringList{SUBJECT_DATANAME, SUBJECT_FIRED_DATANAME});
-        if (!employee)
-            return failure(tr("Карта не создана: сотрудник %1 не найден").arg(parentValue.toString()),
-                           QStringLiteral("card owner not found: %1").arg(parentValue.toString()));
         QHash<QString, QString> parameters;
-        for (auto it = task.params.cbegin(); it != task.params.cend(); ++it) {
-            const QString key = propertyKey(it.key());
-            if (!key.isEmpty() && !it.value().toString().isEmpty())
-                parameters.insert(key, it.value().toString());
-        }
+        QHash<QString, QByteArray> blobs;
+        splitProperties(task, true, &parameters, &blobs);
         const QString numberText = parameters.value(db::card::NUMBER).trimmed();
         bool ok = false;
         const quint64 number = numberText.toULongLong(&ok);
         if (!ok || number == 0)
-            return failure(tr("Карта не создана: неверный номер карты \"%1\"").arg(numberText),
+            return failure(TaskExecutor::tr("Карта не создана: неверный номер карты \"%1\"").arg(numberText),
                            QStringLiteral("bad card number: %1").arg(numberText));
-        const NVHash<TYPE_ID, ObjectInfo> &cards = *storage->constObjects(CARD_DATANAME);
-        for (const ObjectInfo &card : cards) {
-            if (card.parameter(db::card::NUMBER).trimmed().toULongLong() != number)
-                continue;
-            const TYPE_ID holder = card.parameter(db::card::OWNER).toUInt() ? card.parameter(db::card::OWNER).toUInt()
-                                                                             : card.parent();
-            const ObjectInfo *other = storage->constObject(holder);
-            const QString whose = other ? NVGlobals::objectName(*other) : QString::number(holder);
-            return failure(tr("Карта с номером %1 уже выдана: %2. Одну карту нельзя выдать дважды")
-                               .arg(numberText, whose),
-                           QStringLiteral("card number %1 already held by card %2").arg(numberText).arg(card.uid()));
-        }
         parameters.insert(db::card::NUMBER, QString::number(number));
         parameters.insert(db::card::OWNER, QString::number(owner));
-        ObjectInfo card(storage->nextUid(), OT_CARD, parameters);
+        ObjectInfo card(0, OT_CARD, parameters);
         card.setParent(owner);
+
+        QString debug;
+        const auto condition = [&](const StoredRecords &stored) {
+            const ObjectInfo employee = stored.object(owner);
+            if (owner == 0 || employee.typeName() != OT_WORKER) {
+                debug = QStringLiteral("card owner not found: %1").arg(owner);
+                return TaskExecutor::tr("Карта не создана: сотрудник %1 не найден").arg(owner);
+            }
+            const TYPE_ID held = stored.cardWithNumber(QString::number(number));
+            if (held == 0)
+                return QString();
+            const ObjectInfo other = stored.object(held);
+            const TYPE_ID holder = other.parameter(db::card::OWNER).toUInt() ? other.parameter(db::card::OWNER).toUInt()
+                                                                             : other.parent();
+            const ObjectInfo person = stored.object(holder);
+            const QString whose = person.isValid() ? NVGlobals::objectName(person) : QString::number(holder);
+            debug = QStringLiteral("card number %1 already held by card %2").arg(numberText).arg(held);
+            return TaskExecutor::tr("Карта с номером %1 уже выдана: %2. Одну карту нельзя выдать дважды").arg(numberText, whose);
+        };
         QString error;
-        if (!storage->putObjects(CARD_DATANAME, {card}, &error))
-            return storeFailure(error);
-        qDebug() << "executor: card created" << card.uid() << "number" << number << "owner" << owner;
-        return Outcome{card.uid(), QString(), QString()};
+        const TYPE_ID uid = storage->createObject(CARD_DATANAME, card, blobs, condition, &error);
+        if (uid == 0)
+            return writeFailure(error, debug);
+        qDebug() << "executor: card created" << uid << "number" << number << "owner" << owner;
+        return Outcome{uid, QString(), QString()};
+    }
+
+    // Dismissal: the state, the date and the reason change, and the store
+    // moves the record to the dismissed, all in one write.
+    Outcome dismissObject(const TaskInfo &task) const
+    {
+        const QString dateText = task.params.value(QStringLiteral("date")).toString().trimmed();
+        const QDate date = QDate::fromString(dateText, Qt::ISODate);
+        if (!date.isValid())
+            return failure(dateText.isEmpty() ? TaskExecutor::tr("Сотрудник не уволен: не указана дата увольнения")
+                                              : TaskExecutor::tr("Сотрудник не уволен: неверная дата увольнения \"%1\"").arg(dateText),
+                           QStringLiteral("bad dismissal date: '%1'").arg(dateText));
+        const QHash<QString, QString> changes = {
+            {db::common::OBJECTSTATE, db::common::STATE_FIRED},
+            {db::worker::DISMISS_DATE, date.toString(Qt::ISODate)},
+            {db::worker::DISMISS_REASON, task.params.value(QStringLiteral("reason")).toString().trimmed()},
+        };
+        const TYPE_ID uid = task.uid;
+        QString debug;
+        const auto condition = [&](const StoredRecords &stored) {
+            const ObjectInfo employee = stored.object(uid);
+            if (!employee.isValid()) {
+                debug = QStringLiteral("object not found: %1").arg(uid);
+                return TaskExecutor::tr("Объект %1 не найден").arg(uid);
+            }
+            if (employee.typeName() != OT_WORKER) {
+                debug = QStringLiteral("dismissing %1 of type %2").arg(uid).arg(employee.typeName());
+                return TaskExecutor::tr("Объект %1 не сотрудник: уволить можно только сотрудника").arg(uid);
+            }
+            if (employee.parameter(db::common::OBJECTSTATE).compare(db::common::STATE_FIRED, Qt::CaseInsensitive) == 0) {
+                debug = QStringLiteral("already dismissed: %1").arg(uid);
+                return TaskExecutor::tr("Сотрудник %1 уже уволен").arg(NVGlobals::objectName(employee));
+            }
+            return QString();
+        };
+        QString error;
+        if (uid == 0 || !storage->saveChanges(uid, changes, {}, std::nullopt, &error, condition))
+            return uid == 0 ? notFound(uid) : writeFailure(error, debug);
+        qDebug() << "executor: dismissed" << uid << date;
+        return Outcome{uid, QString(), QString()};
     }
 
     Outcome deleteObject(const TaskInfo &task) const
@@ -179,7 +344,7 @@ public:
         if (ObjectTreeModel *tree = storage->model(ORGSTRUCTURE_DATANAME)) {
             const QModelIndex node = tree->indexOf(task.uid);
             if (node.isValid() && tree->rowCount(node) > 0)
-                return failure(tr("Подразделение %1 не пусто: сначала удалите или переведите сотрудников").arg(task.uid),
+                return failure(TaskExecutor::tr("Подразделение %1 не пусто: сначала удалите или переведите сотрудников").arg(task.uid),
                                QStringLiteral("object %1 is not empty").arg(task.uid));
         }
         QString error;
@@ -234,7 +399,7 @@ void TaskExecutor::runNext()
     const TaskInfo task = d->queue.dequeue();
     const auto handler = d->handlers.constFind(task.command);
     const Outcome outcome = handler == d->handlers.cend()
-                                ? failure(tr("Неизвестная команда: %1").arg(task.command),
+                                ? failure(TaskExecutor::tr("Неизвестная команда: %1").arg(task.command),
                                           QStringLiteral("unknown command %1").arg(task.command))
                                 : (*handler)(task);
     if (outcome.uid == 0) {

@@ -1,6 +1,7 @@
 #include <studiostartup.h>
 
 #include <nvdialogsutils.h>
+#include <taskexecutor.h>
 #include <workerpropertyview.h>
 
 #include <QApplication>
@@ -147,8 +148,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("country");
         QTest::addColumn<QString>("month");
         QTest::addColumn<QString>("qtButton");
-        QTest::newRow("en") << "en" << "Afghanistan" << "March" << "&Yes";
-        QTest::newRow("ru") << "ru" << "АФГАНИСТАН" << "март" << "&Да";
+        QTest::addColumn<QString>("refusal");
+        QTest::newRow("en") << "en" << "Afghanistan" << "March" << "&Yes" << "Parent object %1 not found";
+        QTest::newRow("ru") << "ru" << "АФГАНИСТАН" << "март" << "&Да" << "Родительский объект %1 не найден";
     }
 
     void languageSetsTextsAndLocale()
@@ -157,10 +159,13 @@ private Q_SLOTS:
         QFETCH(QString, country);
         QFETCH(QString, month);
         QFETCH(QString, qtButton);
+        QFETCH(QString, refusal);
         QVERIFY(StudioStartup::installTranslations(qApp, lang));
         QCOMPARE(NVDialogsUtils::translateState(QStringLiteral("АФГАНИСТАН")), country);
         QCOMPARE(QLocale().standaloneMonthName(3), month);
         QCOMPARE(QCoreApplication::translate("QPlatformTheme", "&Yes"), qtButton);
+        // The executor's reasons reach the operator in the same language.
+        QCOMPARE(nivaro::TaskExecutor::tr("Родительский объект %1 не найден"), refusal);
     }
 
     void unknownLanguageIsRefused()

@@ -493,10 +493,12 @@ void TestLocalStorage::versionOneFile_data()
     QTest::addColumn<bool>("readOnly");
     QTest::addColumn<int>("versionBefore");
     QTest::addColumn<int>("versionAfter");
-    QTest::newRow("version 1 writable: migrated") << false << 1 << 3;
+    QTest::newRow("version 1 writable: migrated") << false << 1 << 4;
     QTest::newRow("version 1 read only: left alone") << true << 1 << 1;
-    QTest::newRow("version 2 writable: migrated") << false << 2 << 3;
+    QTest::newRow("version 2 writable: migrated") << false << 2 << 4;
     QTest::newRow("version 2 read only: left alone") << true << 2 << 2;
+    QTest::newRow("version 3 writable: migrated") << false << 3 << 4;
+    QTest::newRow("version 3 read only: left alone") << true << 3 << 3;
 }
 
 void TestLocalStorage::versionOneFile()
@@ -507,9 +509,14 @@ void TestLocalStorage::versionOneFile()
     QString error;
     QVERIFY2(store->open(path(), &error), qPrintable(error));
     QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
+    ObjectInfo card(50, OT_CARD, {{db::card::NUMBER, QStringLiteral("77")}});
+    card.setParent(100);
+    QVERIFY(store->putObjects(CARD_DATANAME, {card}));
     store->close();
-    QStringList downgrade = {QStringLiteral("DROP TABLE templates"),
+    QStringList downgrade = {QStringLiteral("DROP TABLE card_numbers"),
                              QStringLiteral("UPDATE meta SET value = '%1' WHERE key = 'version'").arg(versionBefore)};
+    if (versionBefore < 3)
+        downgrade << QStringLiteral("DROP TABLE templates");
     if (versionBefore < 2)
         downgrade << QStringLiteral("DROP TABLE changes") << QStringLiteral("DELETE FROM meta WHERE key = 'changes_horizon'");
     tamper(path(), downgrade);
@@ -530,6 +537,13 @@ void TestLocalStorage::versionOneFile()
     QVERIFY2(store->open(path(), &error), qPrintable(error));
     QCOMPARE(store->object(100).parameter(db::worker::LAST_NAME),
              readOnly ? QStringLiteral("Иванов") : QStringLiteral("Петров"));
+    // The cards the file held before it knew card numbers are filed by
+    // number too: a new card cannot take one of theirs.
+    const auto numberTaken = [](const StoredRecords &stored) {
+        return stored.cardWithNumber(QStringLiteral("0077")) == 50 ? QStringLiteral("taken") : QString();
+    };
+    QCOMPARE(store->createObject(CARD_DATANAME, ObjectInfo(0, OT_CARD), {}, numberTaken, &error), 0u);
+    QCOMPARE(error, QStringLiteral("taken"));
 }
 
 // Templates are kept per employee, exactly as given, across reopening and

@@ -81,6 +81,8 @@ private Q_SLOTS:
     void randomSavesConverge();
     void clientBehindTheLogReloadsAll();
     void anotherProcessIsHeard();
+    void twoClientsCreateAtOnce();
+    void oneNumberOneCard();
 
 private:
     QString path() const { return m_dir->filePath(QStringLiteral("shared.db")); }
@@ -102,6 +104,16 @@ void TestSharedStore::init()
                   {db::worker::MIDDLE_NAME, QStringLiteral("Иванович")}});
     w.setParent(20);
     QVERIFY(a->putObjects(SUBJECT_DATANAME, {w}));
+    // Where the employee may be moved to.
+    ObjectInfo firm(10, OT_FIRM, {{db::common::NAME, QStringLiteral("Альфа")}});
+    firm.setParent(SUBJECT_ROOT_UID);
+    QList<ObjectInfo> org = {firm};
+    for (TYPE_ID uid : {20u, 21u, 22u}) {
+        ObjectInfo department(uid, OT_DEPARTMENT, {{db::common::NAME, QStringLiteral("Отдел %1").arg(uid)}});
+        department.setParent(10);
+        org.append(department);
+    }
+    QVERIFY(a->putObjects(ORGSTRUCTURE_DATANAME, org));
     QVERIFY2(b->open(path(), &error), qPrintable(error));
 }
 
@@ -252,6 +264,103 @@ void TestSharedStore::anotherProcessIsHeard()
     QTRY_COMPARE(a->object(100).parameter(db::worker::LAST_NAME), QStringLiteral("Кузнецов"));
     QCOMPARE(changedUids(changedA, SUBJECT_DATANAME), QList<unsigned int>{100});
     QCOMPARE(a->object(100).parameter(db::worker::FIRST_NAME), QStringLiteral("Иван"));
+}
+
+namespace {
+
+TaskInfo createTask(const QString &type, TYPE_ID parent, const QHash<QString, QString> &properties)
+{
+    TaskInfo task = saveTask(0, properties);
+    task.params.replace(QStringLiteral("object_type"), type);
+    task.params.replace(QStringLiteral("parent"), parent);
+    return task;
+}
+
+// Both clients' tasks, handed over alternately and run as the two
+// executors interleave them: each client's verdicts and the failures.
+struct Outcomes
+{
+    QList<bool> a, b;
+    QStringList errors;
+};
+
+Outcomes runTogether(TaskExecutor *a, const QList<TaskInfo> &tasksA, TaskExecutor *b, const QList<TaskInfo> &tasksB)
+{
+    Outcomes out;
+    QObject guard;
+    for (auto [executor, verdicts] : {std::make_pair(a, &out.a), std::make_pair(b, &out.b)}) {
+        QObject::connect(executor, &TaskExecutor::taskFinished, &guard,
+                         [&out, verdicts = verdicts](const TaskInfo &, bool ok, const QString &error) {
+                             verdicts->append(ok);
+                             if (!ok)
+                                 out.errors.append(error);
+                         });
+    }
+    for (int i = 0; i < qMax(tasksA.size(), tasksB.size()); ++i) {
+        if (i < tasksA.size())
+            a->execute(tasksA.at(i));
+        if (i < tasksB.size())
+            b->execute(tasksB.at(i));
+    }
+    if (!QTest::qWaitFor([&] { return out.a.size() == tasksA.size() && out.b.size() == tasksB.size(); }, 10000))
+        out.errors.append(QStringLiteral("timed out"));
+    return out;
+}
+
+} // namespace
+
+// Neither client hears of the other's new objects before it creates its
+// own: the uids still never meet, and each ends up holding all of them.
+void TestSharedStore::twoClientsCreateAtOnce()
+{
+    a->setWatching(false);
+    b->setWatching(false);
+    TaskExecutor executorA(a.data());
+    TaskExecutor executorB(b.data());
+    QList<TaskInfo> departments, employees;
+    for (int i = 0; i < 10; ++i) {
+        departments.append(createTask(OT_DEPARTMENT, 10, {{db::common::NAME, QStringLiteral("Отдел A%1").arg(i)}}));
+        employees.append(createTask(OT_WORKER, 21, {{db::worker::LAST_NAME, QStringLiteral("Сотрудник B%1").arg(i)}}));
+    }
+    QSignalSpy createdA(a.data(), &LocalStorage::dataChanged);
+    QSignalSpy createdB(b.data(), &LocalStorage::dataChanged);
+    const Outcomes out = runTogether(&executorA, departments, &executorB, employees);
+    QVERIFY2(out.errors.isEmpty(), qPrintable(out.errors.join(QLatin1Char('\n'))));
+    QCOMPARE(out.a.size() + out.b.size(), 20);
+    const QList<unsigned int> uidsA = changedUids(createdA, ORGSTRUCTURE_DATANAME);
+    const QList<unsigned int> uidsB = changedUids(createdB, SUBJECT_DATANAME);
+    QSet<unsigned int> all(uidsA.cbegin(), uidsA.cend());
+    all.unite(QSet<unsigned int>(uidsB.cbegin(), uidsB.cend()));
+    QCOMPARE(all.size(), 20);
+
+    a->checkForChanges();
+    b->checkForChanges();
+    LocalStorage reader;
+    QVERIFY(reader.open(path()));
+    for (LocalStorage *client : {a.data(), b.data(), &reader}) {
+        for (int i = 0; i < 10; ++i) {
+            QCOMPARE(client->object(uidsA.at(i)).parameter(db::common::NAME), QStringLiteral("Отдел A%1").arg(i));
+            QCOMPARE(client->object(uidsB.at(i)).parameter(db::worker::LAST_NAME), QStringLiteral("Сотрудник B%1").arg(i));
+        }
+    }
+}
+
+// Two operators give out one card number at the same moment: one card.
+void TestSharedStore::oneNumberOneCard()
+{
+    a->setWatching(false);
+    b->setWatching(false);
+    TaskExecutor executorA(a.data());
+    TaskExecutor executorB(b.data());
+    TaskInfo card = saveTask(100, {{db::card::NUMBER, QStringLiteral("4242")}});
+    card.params.replace(QStringLiteral("object_type"), OT_CARD);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^executor: task failed .* already held")));
+    const Outcomes out = runTogether(&executorA, {card}, &executorB, {card});
+    QCOMPARE(out.a.size() + out.b.size(), 2);
+    QCOMPARE(out.errors, QStringList{QStringLiteral("Карта с номером 4242 уже выдана: Иванов Иван Иванович. Одну карту нельзя выдать дважды")});
+    LocalStorage reader;
+    QVERIFY(reader.open(path()));
+    QCOMPARE(reader.cardIds(100, false).size(), 1);
 }
 
 int main(int argc, char *argv[])

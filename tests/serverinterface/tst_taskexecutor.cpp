@@ -171,6 +171,14 @@ void TestTaskExecutor::parentMovesOnlyWhenTheTaskMovesIt()
     QFETCH(QVariant, parent);
     QFETCH(TYPE_ID, expected);
     LocalStorage *store = LocalStorage::instance();
+    QList<ObjectInfo> departments;
+    for (TYPE_ID uid : {20u, 21u}) {
+        departments.append(ObjectInfo(uid, OT_DEPARTMENT, {{db::common::NAME, QStringLiteral("Отдел %1").arg(uid)}}));
+        departments.last().setParent(10);
+    }
+    departments.append(ObjectInfo(10, OT_FIRM, {{db::common::NAME, QStringLiteral("Альфа")}}));
+    departments.last().setParent(SUBJECT_ROOT_UID);
+    QVERIFY(store->putObjects(ORGSTRUCTURE_DATANAME, departments));
     TaskExecutor executor(store);
     Receiver receiver;
     TaskInfo task = saveTask(&receiver, 100, OT_WORKER, {{db::worker::FIRST_NAME, QStringLiteral("Пётр")}});

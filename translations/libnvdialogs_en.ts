@@ -668,12 +668,12 @@
     </message>
     <message>
         <location line="+26"/>
-        <location line="+152"/>
+        <location line="+153"/>
         <source>Выберите одного или нескольких сотрудников в дереве организации</source>
         <translation>Select one or more employees in the organisation tree</translation>
     </message>
     <message>
-        <location line="-148"/>
+        <location line="-149"/>
         <source>Личные данные</source>
         <translation>Personal data</translation>
     </message>
@@ -708,7 +708,7 @@
         <translation>Readers: simulated</translation>
     </message>
     <message>
-        <location line="+108"/>
+        <location line="+109"/>
         <source>«%1»: выберите сотрудников, чтобы изменить их личные данные</source>
         <translation>“%1”: select employees to change their personal data</translation>
     </message>
@@ -2289,12 +2289,12 @@
 <context>
     <name>NewObjectWizard</name>
     <message>
-        <location filename="../src/wizards/newobjectwizard.cpp" line="+10"/>
+        <location filename="../src/wizards/newobjectwizard.cpp" line="+11"/>
         <source>Создать</source>
         <translation>Create</translation>
     </message>
     <message>
-        <location line="+53"/>
+        <location line="+59"/>
         <source>Операция отменена</source>
         <translation>Operation cancelled</translation>
     </message>
@@ -2461,17 +2461,17 @@
     <name>NewWorkerPhotoPage</name>
     <message>
         <location filename="../src/wizards/newworkerphotopage.cpp" line="+17"/>
-        <location line="+28"/>
+        <location line="+29"/>
         <source>Фотография</source>
         <translation>Photo</translation>
     </message>
     <message>
-        <location line="-27"/>
+        <location line="-28"/>
         <source>Необязательно: фотографию можно добавить позже.</source>
         <translation>Optional: a photo can be added later.</translation>
     </message>
     <message>
-        <location line="+6"/>
+        <location line="+7"/>
         <source>Хранение фотографий сотрудников запрещено настройками базы данных</source>
         <translation>The database settings forbid storing employee photos</translation>
     </message>
@@ -2540,7 +2540,7 @@
 <context>
     <name>NewWorkerWizardParametersPage</name>
     <message>
-        <location filename="../src/wizards/newworkerwizardparameterspage.cpp" line="+55"/>
+        <location filename="../src/wizards/newworkerwizardparameterspage.cpp" line="+56"/>
         <location line="+16"/>
         <source>Личные данные</source>
         <translation>Personal data</translation>
@@ -2572,42 +2572,42 @@
     </message>
     <message>
         <location line="+5"/>
-        <location line="+99"/>
+        <location line="+117"/>
         <source>Фамилия</source>
         <translation>Surname</translation>
     </message>
     <message>
-        <location line="-98"/>
-        <location line="+99"/>
+        <location line="-116"/>
+        <location line="+117"/>
         <source>Имя</source>
         <translation>First name</translation>
     </message>
     <message>
-        <location line="-98"/>
-        <location line="+99"/>
+        <location line="-116"/>
+        <location line="+117"/>
         <source>Отчество</source>
         <translation>Patronymic</translation>
     </message>
     <message>
-        <location line="-98"/>
-        <location line="+102"/>
+        <location line="-116"/>
+        <location line="+120"/>
         <source>Пол</source>
         <translation>Sex</translation>
     </message>
     <message>
-        <location line="-101"/>
-        <location line="+104"/>
+        <location line="-119"/>
+        <location line="+122"/>
         <source>Дата рождения</source>
         <translation>Date of birth</translation>
     </message>
     <message>
-        <location line="-103"/>
-        <location line="+107"/>
+        <location line="-121"/>
+        <location line="+125"/>
         <source>Гражданство</source>
         <translation>Citizenship</translation>
     </message>
     <message>
-        <location line="-106"/>
+        <location line="-124"/>
         <source>Документ</source>
         <translation>Document</translation>
     </message>
@@ -2618,35 +2618,35 @@
     </message>
     <message>
         <location line="+1"/>
-        <location line="+105"/>
+        <location line="+123"/>
         <source>Серия</source>
         <translation>Series</translation>
     </message>
     <message>
-        <location line="-104"/>
-        <location line="+105"/>
+        <location line="-122"/>
+        <location line="+123"/>
         <source>Номер</source>
         <translation>Number</translation>
     </message>
     <message>
-        <location line="-104"/>
-        <location line="+105"/>
+        <location line="-122"/>
+        <location line="+123"/>
         <source>СНИЛС</source>
         <translation>SNILS</translation>
     </message>
     <message>
-        <location line="-104"/>
-        <location line="+105"/>
+        <location line="-122"/>
+        <location line="+123"/>
         <source>ИНН</source>
         <translation>INN</translation>
     </message>
     <message>
-        <location line="-72"/>
+        <location line="-83"/>
         <source>Не задано</source>
         <translation>Not set</translation>
     </message>
     <message>
-        <location line="+8"/>
+        <location line="+19"/>
         <source>Укажите фамилию сотрудника</source>
         <translation>Enter the employee&apos;s surname</translation>
     </message>

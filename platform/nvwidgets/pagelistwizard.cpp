@@ -16,6 +16,14 @@ PageListWizard::PageListWizard(QWidget *parent)
     connect(this, &QWizard::pageRemoved, this, &PageListWizard::refreshPageList);
 }
 
+// QWizard adopts the side widget only when it first lays itself out: a
+// wizard that was never shown still owns a parentless list.
+PageListWizard::~PageListWizard()
+{
+    if (!m_pageList->parentWidget())
+        delete m_pageList;
+}
+
 void PageListWizard::setPageListVisible(bool visible)
 {
     m_pageListVisible = visible;

@@ -17,6 +17,7 @@ class NVWIDGETS_EXPORT PageListWizard : public QWizard
     Q_OBJECT
 public:
     explicit PageListWizard(QWidget *parent = nullptr);
+    ~PageListWizard() override;
 
     void setPageListVisible(bool visible);
     bool isPageListVisible() const;

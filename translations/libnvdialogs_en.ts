@@ -343,8 +343,8 @@
     </message>
     <message>
         <location line="+1"/>
-        <source>Ничего еще не изменено. Проверьте, что будет сделано, и нажмите «Далее».</source>
-        <translation>Nothing has been changed yet. Check what will be done and press “Next”.</translation>
+        <source>Ничего еще не изменено. Проверьте, что будет сделано: изменения начнутся на следующей странице.</source>
+        <translation>Nothing has been changed yet. Check what will be done: the changes start on the next page.</translation>
     </message>
     <message>
         <location line="+4"/>
@@ -612,7 +612,7 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <location filename="../app/mainwindow.cpp" line="+85"/>
+        <location filename="../app/mainwindow.cpp" line="+96"/>
         <source>Nivaro-Studio — %1</source>
         <translation>Nivaro-Studio — %1</translation>
     </message>
@@ -662,18 +662,28 @@
         <translation>Bulk update…</translation>
     </message>
     <message>
-        <location line="+16"/>
+        <location line="+4"/>
+        <source>&amp;Организация</source>
+        <translation>&amp;Organisation</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Организация</source>
+        <translation>Organisation</translation>
+    </message>
+    <message>
+        <location line="+27"/>
         <source>Фильтр по имени</source>
         <translation>Filter by name</translation>
     </message>
     <message>
-        <location line="+26"/>
-        <location line="+153"/>
+        <location line="+28"/>
+        <location line="+191"/>
         <source>Выберите одного или нескольких сотрудников в дереве организации</source>
         <translation>Select one or more employees in the organisation tree</translation>
     </message>
     <message>
-        <location line="-149"/>
+        <location line="-187"/>
         <source>Личные данные</source>
         <translation>Personal data</translation>
     </message>
@@ -693,7 +703,7 @@
         <translation>Cards</translation>
     </message>
     <message>
-        <location line="+32"/>
+        <location line="+42"/>
         <source>Хранилище: %1</source>
         <translation>Store: %1</translation>
     </message>
@@ -708,12 +718,7 @@
         <translation>Readers: simulated</translation>
     </message>
     <message>
-        <location line="+109"/>
-        <source>«%1»: выберите сотрудников, чтобы изменить их личные данные</source>
-        <translation>“%1”: select employees to change their personal data</translation>
-    </message>
-    <message>
-        <location line="+37"/>
+        <location line="+238"/>
         <source>Сохранить журнал…</source>
         <translation>Save log…</translation>
     </message>
@@ -729,18 +734,39 @@
         <translation>Text files (*.txt)</translation>
     </message>
     <message>
-        <location line="+27"/>
-        <location line="+44"/>
+        <location line="-64"/>
+        <location line="+92"/>
+        <location line="+55"/>
         <source>Только чтение: %1</source>
         <translation>Read only: %1</translation>
     </message>
     <message>
-        <location line="-24"/>
+        <location line="-190"/>
+        <source>Выбраны и организации, и подразделения: выберите что-то одно, чтобы изменить свойства</source>
+        <translation>Both firms and departments are selected: choose one kind to edit their properties</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>«%1»: выберите сотрудников, подразделения или организации</source>
+        <translation>“%1”: select employees, departments or firms</translation>
+    </message>
+    <message>
+        <location line="+155"/>
+        <source>Выбрано подразделений: %1</source>
+        <translation>Departments selected: %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Выбрано организаций: %1</source>
+        <translation>Firms selected: %1</translation>
+    </message>
+    <message>
+        <location line="+6"/>
         <source>Выбрано сотрудников: %1</source>
         <translation>Employees selected: %1</translation>
     </message>
     <message>
-        <location line="+39"/>
+        <location line="+45"/>
         <source>Массовое изменение прервано: обработано %1 из %2 объектов.</source>
         <translation>Bulk update interrupted: %1 of %2 objects processed.</translation>
     </message>
@@ -2703,6 +2729,54 @@
     </message>
 </context>
 <context>
+    <name>OrganisationActions</name>
+    <message>
+        <location filename="../app/organisationactions.cpp" line="+25"/>
+        <source>Новый сотрудник…</source>
+        <translation>New employee…</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Новое подразделение…</source>
+        <translation>New department…</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Новая организация…</source>
+        <translation>New firm…</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Перевести…</source>
+        <translation>Transfer…</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Уволить…</source>
+        <translation>Dismiss…</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Удалить…</source>
+        <translation>Delete…</translation>
+    </message>
+    <message>
+        <location line="+58"/>
+        <source>Выберите сотрудников или подразделения (не вместе)</source>
+        <translation>Select employees or departments (not both)</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Выберите работающих сотрудников</source>
+        <translation>Select employees in service</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Выберите сотрудников, подразделения или организации</source>
+        <translation>Select employees, departments or firms</translation>
+    </message>
+</context>
+<context>
     <name>PhotoWidget</name>
     <message>
         <location filename="../platform/nvwidgets/photowidget.cpp" line="+27"/>
@@ -2768,7 +2842,7 @@
 <context>
     <name>QObject</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="+118"/>
+        <location filename="../app/studiostartup.cpp" line="+123"/>
         <source>Не удалось записать файл %1: %2</source>
         <translation>Could not write file %1: %2</translation>
     </message>
@@ -2871,12 +2945,12 @@
 <context>
     <name>StudioStartup</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="-84"/>
+        <location filename="../app/studiostartup.cpp" line="-89"/>
         <source>Не удалось создать папку %1</source>
         <translation>Could not create folder %1</translation>
     </message>
     <message>
-        <location line="+51"/>
+        <location line="+56"/>
         <source>Считыватель смарт-карт</source>
         <translation>Smart card reader</translation>
     </message>

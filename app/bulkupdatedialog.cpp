@@ -25,9 +25,8 @@ BulkUpdateDialog::BulkUpdateDialog(nivaro::LocalStorage *storage, int objectCoun
     setWindowTitle(tr("Массовое изменение"));
 
     m_parameter->setObjectName(QStringLiteral("parameter"));
-    m_parameter->addItem(tr("Окончание действия"), db::worker::DATE_END);
-    m_parameter->addItem(tr("Блокировка"), db::worker::LOCKED);
-    m_parameter->addItem(tr("График работы"), db::worker::SCHEDULE);
+    for (const QString &key : {db::worker::DATE_END, db::worker::LOCKED, db::worker::SCHEDULE})
+        m_parameter->addItem(parameterName(key), key);
 
     m_dateEnd->setCalendarPopup(true);
     m_dateEnd->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));
@@ -71,4 +70,35 @@ QVariant BulkUpdateDialog::value() const
     if (key == db::worker::LOCKED)
         return m_locked->isChecked() ? QStringLiteral("true") : QStringLiteral("false");
     return QString::number(m_schedule->currentData().toInt());
+}
+
+QString BulkUpdateDialog::parameterName(const QString &key)
+{
+    if (key == db::worker::DATE_END)
+        return tr("Окончание действия");
+    if (key == db::worker::LOCKED)
+        return tr("Блокировка");
+    if (key == db::worker::SCHEDULE)
+        return tr("График работы");
+    return key;
+}
+
+QString BulkUpdateDialog::shownValue(const nivaro::LocalStorage *storage, const QString &key, const QString &value)
+{
+    if (value.isEmpty())
+        return value;
+    if (key == db::worker::DATE_END) {
+        const QDate date = QDate::fromString(value, Qt::ISODate);
+        return date.isValid() ? date.toString(QStringLiteral("dd.MM.yyyy")) : value;
+    }
+    if (key == db::worker::LOCKED)
+        return value.compare(QLatin1String("true"), Qt::CaseInsensitive) == 0 ? tr("Да") : tr("Нет");
+    if (key == db::worker::SCHEDULE) {
+        bool ok = false;
+        const int id = value.toInt(&ok);
+        const auto schedules = storage->schedules();
+        if (ok && schedules.contains(id))
+            return schedules.value(id).name;
+    }
+    return value;
 }

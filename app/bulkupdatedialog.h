@@ -28,6 +28,11 @@ public:
     // Chooses the parameter by key; for tests and callers that know it.
     void setParameter(const QString &key);
 
+    // The parameter's name as the dialog shows it, and a value of it in the
+    // store's encoding as an operator reads it; for the summary of a run.
+    static QString parameterName(const QString &key);
+    static QString shownValue(const nivaro::LocalStorage *storage, const QString &key, const QString &value);
+
 private:
     QComboBox *m_parameter;
     QStackedWidget *m_editors;

@@ -1,5 +1,9 @@
 #include "bulkupdateruns.h"
 
+#include "bulkupdatedialog.h"
+
+#include <localstorage.h>
+#include <nvglobals.h>
 #include <taskexecutor.h>
 #include <updateobjectwizard.h>
 
@@ -33,6 +37,7 @@ void BulkUpdateRuns::track(UpdateObjectWizard *wizard, const QString &key, const
 {
     ObjectsProgressWizardPage *page = wizard->progressPage();
     const QVariantMap parameters{{KeyParameter, key}, {ValueParameter, value}};
+    wizard->setChanges(changes(page->uids(), key, value));
     // The run begins with its first task: a wizard closed on its list page
     // sent nothing and was no run.
     connect(wizard, &UpdateObjectWizard::appendTask, this,
@@ -42,6 +47,28 @@ void BulkUpdateRuns::track(UpdateObjectWizard *wizard, const QString &key, const
                 m_sent.insert(task.id, {run, page});
                 m_executor->execute(task);
             });
+}
+
+QList<ChangeSummaryWizardPage::Change> BulkUpdateRuns::changes(const QList<nivaro::TYPE_ID> &uids, const QString &key,
+                                                              const QVariant &value)
+{
+    const nivaro::LocalStorage *storage = nivaro::LocalStorage::instance();
+    const QString name = BulkUpdateDialog::parameterName(key);
+    const QString newValue = BulkUpdateDialog::shownValue(storage, key, value.toString());
+    QList<ChangeSummaryWizardPage::Change> changes;
+    changes.reserve(uids.size());
+    for (nivaro::TYPE_ID uid : uids) {
+        const nivaro::ObjectInfo *object = storage->constObject(uid);
+        if (!object)
+            continue;
+        ChangeSummaryWizardPage::Change change;
+        change.uid = uid;
+        change.object = NVGlobals::objectName(*object);
+        change.action = tr("Изменение");
+        change.fields.append({name, BulkUpdateDialog::shownValue(storage, key, object->parameter(key)), newValue});
+        changes.append(change);
+    }
+    return changes;
 }
 
 qint64 BulkUpdateRuns::beginRun(ObjectsProgressWizardPage *page, const QVariantMap &parameters)

@@ -1,6 +1,7 @@
 #ifndef BULKUPDATERUNS_H
 #define BULKUPDATERUNS_H
 
+#include <changesummarywizardpage.h>
 #include <runjournal.h>
 #include <taskinfo.h>
 
@@ -37,6 +38,7 @@ public:
     void close();
 
     // Sends the wizard's tasks to the executor; its run writes key = value.
+    // The wizard shows each object's old and new value before it runs.
     void track(UpdateObjectWizard *wizard, const QString &key, const QVariant &value);
 
     QList<nivaro::RunJournal::Run> interruptedRuns();
@@ -51,6 +53,8 @@ private:
         QPointer<ObjectsProgressWizardPage> page;
     };
 
+    static QList<ChangeSummaryWizardPage::Change> changes(const QList<nivaro::TYPE_ID> &uids, const QString &key,
+                                                          const QVariant &value);
     qint64 beginRun(ObjectsProgressWizardPage *page, const QVariantMap &parameters);
     void taskFinished(const nivaro::TaskInfo &task, bool ok, const QString &error);
 

@@ -27,14 +27,24 @@
         <translation>%p%</translation>
     </message>
     <message>
-        <location filename="../src/wizards/baseprogresswizardpage.cpp" line="+14"/>
+        <location line="+26"/>
+        <source>Повторить неудачные</source>
+        <translation>Retry failed</translation>
+    </message>
+    <message>
+        <location filename="../src/wizards/baseprogresswizardpage.cpp" line="+15"/>
         <source>Создание завершено</source>
         <translation>Creation finished</translation>
     </message>
     <message>
-        <location line="+133"/>
+        <location line="+142"/>
         <source>Неизвестная ошибка</source>
         <translation>Unknown error</translation>
+    </message>
+    <message>
+        <location line="+97"/>
+        <source>Повтор неудачных задач: %1</source>
+        <translation>Retrying failed tasks: %1</translation>
     </message>
 </context>
 <context>
@@ -50,22 +60,32 @@
         <translation>Bulk update</translation>
     </message>
     <message>
-        <location line="+3"/>
+        <location line="+53"/>
         <source>Окончание действия</source>
         <translation>Valid until</translation>
     </message>
     <message>
-        <location line="+1"/>
+        <location line="+2"/>
         <source>Блокировка</source>
         <translation>Blocking</translation>
     </message>
     <message>
-        <location line="+1"/>
+        <location line="+2"/>
         <source>График работы</source>
         <translation>Work schedule</translation>
     </message>
     <message>
-        <location line="+19"/>
+        <location line="+13"/>
+        <source>Да</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Нет</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <location line="-47"/>
         <source>Будет изменено объектов: %1</source>
         <translation>Objects to be changed: %1</translation>
     </message>
@@ -78,6 +98,14 @@
         <location line="+1"/>
         <source>Значение</source>
         <translation>Value</translation>
+    </message>
+</context>
+<context>
+    <name>BulkUpdateRuns</name>
+    <message>
+        <location filename="../app/bulkupdateruns.cpp" line="+67"/>
+        <source>Изменение</source>
+        <translation>Change</translation>
     </message>
 </context>
 <context>
@@ -370,9 +398,52 @@
 <context>
     <name>DeleteListWizardPage</name>
     <message>
-        <location filename="../src/wizards/deletelistwizardpage.cpp" line="+18"/>
+        <location filename="../src/wizards/deletelistwizardpage.cpp" line="+20"/>
         <source>Список объектов</source>
         <translation>Objects</translation>
+    </message>
+</context>
+<context>
+    <name>DeleteObjectWizard</name>
+    <message>
+        <location filename="../src/wizards/deleteobjectwizard.cpp" line="+27"/>
+        <source>Мастер удаления</source>
+        <translation>Delete wizard</translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>Выполнить</source>
+        <translation>Run</translation>
+    </message>
+    <message>
+        <location line="+25"/>
+        <source>%1: этот мастер удаляет только сотрудников, подразделения и организации</source>
+        <translation>%1: this wizard deletes only employees, departments and companies</translation>
+    </message>
+    <message>
+        <location line="+23"/>
+        <source>%1 не будет удален: в нем остаются сотрудники или подразделения, не выбранные для удаления</source>
+        <translation>%1 will not be deleted: it still holds employees or departments not chosen for deletion</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Не будут удалены:</source>
+        <translation>Will not be deleted:</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Нечего удалять</source>
+        <translation>Nothing to delete</translation>
+    </message>
+    <message>
+        <location line="+25"/>
+        <source>Удаление</source>
+        <translation>Deletion</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Подразделение</source>
+        <translation>Department</translation>
     </message>
 </context>
 <context>
@@ -458,6 +529,125 @@
         <location line="+2"/>
         <source>«%1» нельзя выбрать</source>
         <translation>“%1” cannot be chosen</translation>
+    </message>
+</context>
+<context>
+    <name>DismissProgressWizardPage</name>
+    <message>
+        <location filename="../src/wizards/dismissprogresswizardpage.cpp" line="+4"/>
+        <source>Увольнение %1</source>
+        <translation>Dismissing %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>%1 уволен</source>
+        <translation>%1 dismissed</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Ошибка увольнения %1</source>
+        <translation>Failed to dismiss %1</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Идет увольнение</source>
+        <translation>Dismissing</translation>
+    </message>
+</context>
+<context>
+    <name>DismissalParametersWizardPage</name>
+    <message>
+        <location filename="../src/wizards/dismissalparameterswizardpage.cpp" line="+16"/>
+        <source>Параметры увольнения</source>
+        <translation>Dismissal details</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Например: по собственному желанию</source>
+        <translation>For example: at own request</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Дата увольнения</source>
+        <translation>Dismissal date</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Причина увольнения</source>
+        <translation>Dismissal reason</translation>
+    </message>
+    <message>
+        <location line="+30"/>
+        <source>Укажите дату увольнения</source>
+        <translation>Enter the dismissal date</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Укажите причину увольнения</source>
+        <translation>Enter the dismissal reason</translation>
+    </message>
+</context>
+<context>
+    <name>DismissalWizard</name>
+    <message>
+        <location filename="../src/wizards/dismissalwizard.cpp" line="+35"/>
+        <source>Мастер увольнения</source>
+        <translation>Dismissal wizard</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Выполнить</source>
+        <translation>Run</translation>
+    </message>
+    <message>
+        <location line="+22"/>
+        <source>%1: не сотрудник</source>
+        <translation>%1: not an employee</translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>%1: уже уволен</source>
+        <translation>%1: already dismissed</translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Не будут уволены:</source>
+        <translation>Will not be dismissed:</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Нет сотрудников для увольнения</source>
+        <translation>No employees to dismiss</translation>
+    </message>
+    <message>
+        <location line="+40"/>
+        <source>Увольнение</source>
+        <translation>Dismissal</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Состояние</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Работает</source>
+        <translation>Employed</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Уволен</source>
+        <translation>Dismissed</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Дата увольнения</source>
+        <translation>Dismissal date</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Причина увольнения</source>
+        <translation>Dismissal reason</translation>
     </message>
 </context>
 <context>
@@ -2695,7 +2885,12 @@
 <context>
     <name>ObjectsProgressWizardPage</name>
     <message>
-        <location filename="../src/wizards/objectsprogresswizardpage.cpp" line="+83"/>
+        <location filename="../src/wizards/objectsprogresswizardpage.cpp" line="+22"/>
+        <source>Повторить неудачные</source>
+        <translation>Retry failed</translation>
+    </message>
+    <message>
+        <location line="+78"/>
         <source>Успешно завершено</source>
         <translation>Completed successfully</translation>
     </message>
@@ -2703,6 +2898,11 @@
         <location line="+33"/>
         <source>Ошибка</source>
         <translation>Error</translation>
+    </message>
+    <message>
+        <location line="+33"/>
+        <source>Повтор неудачных: объектов %1</source>
+        <translation>Retrying failed: %1 objects</translation>
     </message>
 </context>
 <context>
@@ -2968,7 +3168,7 @@
 <context>
     <name>TransferDepartmentWizardProgressPage</name>
     <message>
-        <location filename="../src/wizards/transferprogresswizardpages.cpp" line="+187"/>
+        <location filename="../src/wizards/transferprogresswizardpages.cpp" line="+224"/>
         <source>Перевод подразделений</source>
         <translation>Transfer of departments</translation>
     </message>
@@ -2981,7 +3181,7 @@
 <context>
     <name>TransferProgressWizardPage</name>
     <message>
-        <location line="-138"/>
+        <location line="-165"/>
         <source>Операция отменена</source>
         <translation>Operation cancelled</translation>
     </message>
@@ -3030,11 +3230,107 @@
         <source>Перевод сотрудников завершен!</source>
         <translation>Employee transfer finished!</translation>
     </message>
+    <message>
+        <location line="+32"/>
+        <source>Повтор неудачных задач: %1</source>
+        <translation>Retrying failed tasks: %1</translation>
+    </message>
+</context>
+<context>
+    <name>TransferTargetWizardPage</name>
+    <message>
+        <location filename="../src/wizards/transfertargetwizardpage.cpp" line="+24"/>
+        <source>Выбрать…</source>
+        <translation>Choose…</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Куда перевести</source>
+        <translation>Transfer to</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Выберите подразделение, в которое переводятся выбранные объекты.</source>
+        <translation>Choose the department the selected objects are transferred to.</translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Подразделение:</source>
+        <translation>Department:</translation>
+    </message>
+    <message>
+        <location line="+29"/>
+        <source>Выбор подразделения</source>
+        <translation>Choose a department</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Нельзя выбрать «%1»: подразделение не переводится в само себя или в подразделение внутри него</source>
+        <translation>“%1” cannot be chosen: a department cannot be transferred into itself or into a department within it</translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>не выбрано</source>
+        <translation>not chosen</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Выберите подразделение или организацию</source>
+        <translation>Choose a department or a company</translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>%1 нельзя перевести в само себя или в подразделение внутри него</source>
+        <translation>%1 cannot be transferred into itself or into a department within it</translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>Все выбранные объекты уже находятся в «%1»: переводить нечего</source>
+        <translation>All selected objects are already in “%1”: nothing to transfer</translation>
+    </message>
+</context>
+<context>
+    <name>TransferWizard</name>
+    <message>
+        <location filename="../src/wizards/transferwizard.cpp" line="+24"/>
+        <source>Мастер перевода</source>
+        <translation>Transfer wizard</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Выполнить</source>
+        <translation>Run</translation>
+    </message>
+    <message>
+        <location line="+46"/>
+        <source>%1 нельзя перевести: переводятся только сотрудники и подразделения</source>
+        <translation>%1 cannot be transferred: only employees and departments can be</translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>Выбраны и сотрудники, и подразделения: переведите их по отдельности</source>
+        <translation>Both employees and departments are selected: transfer them separately</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Не выбраны объекты для перевода</source>
+        <translation>No objects selected for transfer</translation>
+    </message>
+    <message>
+        <location line="+43"/>
+        <source>Перевод</source>
+        <translation>Transfer</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Подразделение</source>
+        <translation>Department</translation>
+    </message>
 </context>
 <context>
     <name>TransferWorkerWizardProgressPage</name>
     <message>
-        <location line="+25"/>
+        <location filename="../src/wizards/transferprogresswizardpages.cpp" line="+20"/>
         <source>Перевод сотрудников</source>
         <translation>Employee transfer</translation>
     </message>

@@ -6,6 +6,7 @@
 #include <nvprogressbar.h>
 
 #include <QDebug>
+#include <QPushButton>
 #include <QWizard>
 
 BaseProgressWizardPage::BaseProgressWizardPage(QWidget *parent)
@@ -14,6 +15,13 @@ BaseProgressWizardPage::BaseProgressWizardPage(QWidget *parent)
     , m_finishMessage(tr("Создание завершено"))
 {
     ui->setupUi(this);
+    // Its place is kept while hidden: showing it at the end of a run must
+    // not shrink the log under the line the operator is reading.
+    QSizePolicy retryPolicy = ui->btnRetry->sizePolicy();
+    retryPolicy.setRetainSizeWhenHidden(true);
+    ui->btnRetry->setSizePolicy(retryPolicy);
+    ui->btnRetry->hide();
+    connect(ui->btnRetry, &QPushButton::clicked, this, &BaseProgressWizardPage::retryFailed);
     m_log = new BufferedLog(ui->logView, this);
 }
 
@@ -80,6 +88,8 @@ void BaseProgressWizardPage::initializePage()
 {
     takeOverWizardButtons();
     m_failedInRun = false;
+    m_failedTasks.clear();
+    ui->btnRetry->hide();
     ui->progressBar->resetState();
     executeNext();
 }
@@ -148,8 +158,12 @@ void BaseProgressWizardPage::objectUpdated(nivaro::TYPE_ID uid)
         ui->progressBar->failed();
         m_failedInRun = true;
         if (m_policy == StopOnFailure) {
+            // A retry is meant to finish the job, so it also sends what the
+            // failure kept from going out, not only the task that failed.
+            m_failedTasks += m_queue;
             taskFailed();
             m_queue.clear();
+            offerRetry();
             emit tasksFinished();
             emit completeChanged();
             return;
@@ -158,6 +172,8 @@ void BaseProgressWizardPage::objectUpdated(nivaro::TYPE_ID uid)
         // Once a task of the run has failed the bar keeps saying so.
         ui->progressBar->successed();
     }
+    if (uid == 0 && !m_queue.isEmpty())
+        m_failedTasks.append(m_queue.constFirst());
     taskCompleted();
     if (!m_queue.isEmpty())
         m_queue.removeFirst();
@@ -213,6 +229,29 @@ void BaseProgressWizardPage::finishRun()
     if (!m_finishMessage.isEmpty())
         appendMessage(m_finishMessage);
     ui->progressBar->setValue(ui->progressBar->maximum());
+    offerRetry();
     emit tasksFinished();
     emit completeChanged();
+}
+
+void BaseProgressWizardPage::offerRetry()
+{
+    ui->btnRetry->setVisible(!m_failedTasks.isEmpty());
+}
+
+void BaseProgressWizardPage::retryFailed()
+{
+    if (!m_queue.isEmpty() || m_failedTasks.isEmpty())
+        return;
+    qDebug() << "retry failed tasks" << m_failedTasks.size();
+    ui->btnRetry->hide();
+    m_queue = m_failedTasks;
+    m_failedTasks.clear();
+    m_failedInRun = false;
+    ui->progressBar->resetState();
+    ui->progressBar->setRange(0, m_queue.size());
+    ui->progressBar->setValue(0);
+    appendMessage(tr("Повтор неудачных задач: %1").arg(m_queue.size()));
+    emit completeChanged();
+    executeNext();
 }

@@ -67,6 +67,14 @@ public:
     // of a finished run's log.
     QString logText() const;
 
+    // What "Повторить неудачные" would send again once the run has ended:
+    // under the continue policy exactly the tasks that failed; under the
+    // stop policy the failed one and those the failure kept from going out.
+    QList<nivaro::TaskInfo> failedTasks() const { return m_failedTasks; }
+    // Runs those tasks again as a run of their own; nothing while a run is
+    // going or when nothing failed.
+    void retryFailed();
+
 Q_SIGNALS:
     void executeTask(nivaro::TaskInfo task);
     void tasksFinished();
@@ -89,6 +97,7 @@ private:
     void finishRun();
     void takeOverWizardButtons();
     void relayCompleteness();
+    void offerRetry();
 
     QScopedPointer<Ui::BaseProgressWizardPage> ui;
     BufferedLog *m_log = nullptr;
@@ -96,6 +105,7 @@ private:
     QString m_finishMessage;
     ErrorHandlingPolicy m_policy = StopOnFailure;
     bool m_failedInRun = false;
+    QList<nivaro::TaskInfo> m_failedTasks;
     // What the wizard's buttons last showed, when they follow this page
     // through relayCompleteness(); -1 before the first relay.
     int m_relayedComplete = -1;

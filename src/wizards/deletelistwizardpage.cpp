@@ -7,12 +7,14 @@
 #include <styleditemdelegate.h>
 
 #include <QHeaderView>
+#include <QLabel>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 DeleteListWizardPage::DeleteListWizardPage(QWidget *parent)
     : NVWizardPage(parent)
     , m_view(new QTreeView(this))
+    , m_notice(new QLabel(this))
     , m_proxy(new nivaro::ObjectTreeProxy(this))
 {
     setTitle(tr("Список объектов"));
@@ -25,6 +27,28 @@ DeleteListWizardPage::DeleteListWizardPage(QWidget *parent)
     m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_view);
+    m_notice->setObjectName(QStringLiteral("lbNotice"));
+    m_notice->setWordWrap(true);
+    m_notice->setTextFormat(Qt::PlainText);
+    m_notice->hide();
+    layout->addWidget(m_notice);
+}
+
+void DeleteListWizardPage::detachFromStore()
+{
+    m_view->setModel(nullptr);
+    m_proxy->setSourceModel(nullptr);
+}
+
+void DeleteListWizardPage::setNotice(const QString &text)
+{
+    m_notice->setText(text);
+    m_notice->setVisible(!text.isEmpty());
+}
+
+QString DeleteListWizardPage::notice() const
+{
+    return m_notice->text();
 }
 
 void DeleteListWizardPage::setUids(const QList<unsigned int> &uids)

@@ -7,6 +7,7 @@
 
 class QAbstractItemModel;
 class QAbstractItemView;
+class QLabel;
 class QTreeView;
 class StyledItemDelegate;
 namespace nivaro {
@@ -31,8 +32,20 @@ public:
     // Installs the delegate on view, or on this page's list when view is null.
     void setItemDelegate(StyledItemDelegate *delegate, QAbstractItemView *view = nullptr);
 
+    // Stops following the store, for a wizard whose run has started (there
+    // is no way back to this page then): each row the run moves or removes
+    // would otherwise be mapped through this list's proxy and view, which
+    // over thousands of rows costs more than the run itself.
+    void detachFromStore();
+
+    // A note under the list, such as which objects are left out and why;
+    // hidden while empty.
+    void setNotice(const QString &text);
+    QString notice() const;
+
 private:
     QTreeView *m_view = nullptr;
+    QLabel *m_notice = nullptr;
     nivaro::ObjectTreeProxy *m_proxy = nullptr;
 };
 

@@ -7,7 +7,9 @@
 #include <nvprogressbar.h>
 
 #include <QDebug>
+#include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
@@ -17,6 +19,7 @@ ObjectsProgressWizardPage::ObjectsProgressWizardPage(const Run &run, QWidget *pa
     , m_status(new QLabel(this))
     , m_bar(new NVProgressBar(this))
     , m_log(new QTextBrowser(this))
+    , m_retry(new QPushButton(tr("Повторить неудачные"), this))
 {
     m_status->setObjectName(QStringLiteral("lbStatus"));
     m_bar->setObjectName(QStringLiteral("progressBar"));
@@ -29,6 +32,18 @@ ObjectsProgressWizardPage::ObjectsProgressWizardPage(const Run &run, QWidget *pa
     layout->addWidget(m_status);
     layout->addWidget(m_bar);
     layout->addWidget(m_log);
+    m_retry->setObjectName(QStringLiteral("btnRetry"));
+    // Its place is kept while hidden: showing it at the end of a run must
+    // not shrink the log under the line the operator is reading.
+    QSizePolicy retryPolicy = m_retry->sizePolicy();
+    retryPolicy.setRetainSizeWhenHidden(true);
+    m_retry->setSizePolicy(retryPolicy);
+    m_retry->hide();
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(m_retry);
+    layout->addLayout(buttons);
+    connect(m_retry, &QPushButton::clicked, this, &ObjectsProgressWizardPage::retryFailed);
 }
 
 void ObjectsProgressWizardPage::setUids(const QList<unsigned int> &uids)
@@ -65,6 +80,8 @@ void ObjectsProgressWizardPage::setTaskParameter(const QString &key, const QVari
 
 void ObjectsProgressWizardPage::initializePage()
 {
+    m_failed.clear();
+    m_retry->hide();
     m_bar->resetState();
     m_bar->setMaximum(m_objects.size());
     m_bar->setValue(0);
@@ -115,6 +132,8 @@ void ObjectsProgressWizardPage::reply(unsigned int uid)
         m_buffer->append(m_run.errorText.arg(name));
         m_status->setText(tr("Ошибка"));
         m_bar->failed();
+        m_failed = m_objects;
+        m_retry->show();
         m_objects.clear();
         m_out = false;
         setComplete(true);
@@ -124,6 +143,31 @@ void ObjectsProgressWizardPage::reply(unsigned int uid)
     m_objects.removeFirst();
     sendNextObject();
     m_bar->setValue(m_bar->value() + 1);
+}
+
+QList<unsigned int> ObjectsProgressWizardPage::failedUids() const
+{
+    QList<unsigned int> uids;
+    uids.reserve(m_failed.size());
+    for (const nivaro::ObjectInfo &object : m_failed)
+        uids.append(object.uid());
+    return uids;
+}
+
+void ObjectsProgressWizardPage::retryFailed()
+{
+    if (m_out || m_failed.isEmpty())
+        return;
+    qDebug() << "bulk wizard: retry" << m_failed.size();
+    m_retry->hide();
+    m_objects = m_failed;
+    m_failed.clear();
+    m_status->clear();
+    m_buffer->append(tr("Повтор неудачных: объектов %1").arg(m_objects.size()));
+    m_bar->resetState();
+    m_bar->setMaximum(m_objects.size());
+    m_bar->setValue(0);
+    sendNextObject();
 }
 
 QString ObjectsProgressWizardPage::statusText() const

@@ -15,6 +15,7 @@
 class BufferedLog;
 class NVProgressBar;
 class QLabel;
+class QPushButton;
 class QTextBrowser;
 
 /**
@@ -40,6 +41,12 @@ public:
 
     void initializePage() override;
     void sendNextObject();
+
+    // The objects "Повторить неудачные" sends again once a run has failed:
+    // the one that failed and those the failure kept from going out, since
+    // the operator pressing it wants the whole job done.
+    QList<unsigned int> failedUids() const;
+    void retryFailed();
 
     QString statusText() const;
     QString logText() const;
@@ -74,10 +81,12 @@ private:
     const Run m_run;
     QHash<QString, QVariant> m_taskParameters;
     QList<nivaro::ObjectInfo> m_objects; // still to be done, the head is out
+    QList<nivaro::ObjectInfo> m_failed;  // what a retry sends
     bool m_out = false;
     QLabel *m_status = nullptr;
     NVProgressBar *m_bar = nullptr;
     QTextBrowser *m_log = nullptr;
+    QPushButton *m_retry = nullptr;
     BufferedLog *m_buffer = nullptr;
     SteppedLoop m_loop;
 };

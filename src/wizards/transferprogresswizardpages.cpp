@@ -12,6 +12,7 @@
 #include <objecttypes.h>
 
 #include <QDebug>
+#include <QPushButton>
 
 using nivaro::ObjectInfo;
 using nivaro::TYPE_ID;
@@ -21,6 +22,13 @@ TransferProgressWizardPage::TransferProgressWizardPage(QWidget *parent)
     , ui(new Ui::BaseProgressWizardPage)
 {
     ui->setupUi(this);
+    // Its place is kept while hidden: showing it at the end of a run must
+    // not shrink the log under the line the operator is reading.
+    QSizePolicy retryPolicy = ui->btnRetry->sizePolicy();
+    retryPolicy.setRetainSizeWhenHidden(true);
+    ui->btnRetry->setSizePolicy(retryPolicy);
+    ui->btnRetry->hide();
+    connect(ui->btnRetry, &QPushButton::clicked, this, &TransferProgressWizardPage::retryFailed);
     m_log = new BufferedLog(ui->logView, this);
 }
 
@@ -47,6 +55,8 @@ void TransferProgressWizardPage::initializePage()
     ui->lbCurrentMessage->clear();
     m_log->clear();
     m_queue.clear();
+    m_retry.clear();
+    ui->btnRetry->hide();
     m_failed = false;
     ui->progressBar->resetState();
     ui->progressBar->setRange(0, 0);
@@ -159,10 +169,37 @@ void TransferProgressWizardPage::runHead()
     emit executeTask(head);
 }
 
+QList<TYPE_ID> TransferProgressWizardPage::failedUids() const
+{
+    QList<TYPE_ID> uids;
+    for (const nivaro::TaskInfo &task : m_retry)
+        uids.append(task.uid);
+    return uids;
+}
+
+void TransferProgressWizardPage::retryFailed()
+{
+    if (!m_queue.isEmpty() || m_retry.isEmpty())
+        return;
+    qDebug() << "transfer: retry" << m_retry.size();
+    ui->btnRetry->hide();
+    m_queue = m_retry;
+    m_retry.clear();
+    m_failed = false;
+    ui->progressBar->resetState();
+    ui->progressBar->setRange(0, m_queue.size());
+    ui->progressBar->setValue(0);
+    appendMessage(tr("Повтор неудачных задач: %1").arg(m_queue.size()));
+    emit completeChanged();
+    m_loop.run([this] { runHead(); });
+}
+
 void TransferProgressWizardPage::fail(const QString &text)
 {
     appendMessage(text);
     ui->progressBar->failed();
+    m_retry = m_queue;
+    ui->btnRetry->setVisible(!m_retry.isEmpty());
     m_queue.clear();
     m_failed = true;
     emit tasksFinished();

@@ -44,6 +44,12 @@ public:
     int queuedTaskCount() const { return m_queue.size(); }
     QString logText() const;
 
+    // What "Повторить неудачные" sends again: the object that failed and
+    // those its failure kept back, since the operator wants the transfer
+    // finished, not a part of it.
+    QList<nivaro::TYPE_ID> failedUids() const;
+    void retryFailed();
+
     bool isComplete() const override;
     void initializePage() override;
 
@@ -76,6 +82,7 @@ private:
     QList<nivaro::TYPE_ID> m_uids;
     nivaro::TYPE_ID m_target = 0;
     QList<nivaro::TaskInfo> m_queue;
+    QList<nivaro::TaskInfo> m_retry;
     bool m_failed = false;
     SteppedLoop m_loop;
 };

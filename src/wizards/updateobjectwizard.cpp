@@ -61,3 +61,29 @@ void UpdateObjectWizard::setItemDelegate(StyledItemDelegate *delegate, QAbstract
 {
     m_listPage->setItemDelegate(delegate, view);
 }
+
+void UpdateObjectWizard::setChanges(const QList<ChangeSummaryWizardPage::Change> &changes)
+{
+    if (!m_summaryPage) {
+        m_summaryPage = new ChangeSummaryWizardPage;
+        setPage(SummaryPage, m_summaryPage);
+        // The summary is now the last look before the run.
+        m_listPage->setCommitPage(false);
+        m_summaryPage->setCommitPage(true);
+    }
+    m_summaryPage->setChanges(changes);
+}
+
+int UpdateObjectWizard::nextId() const
+{
+    if (!m_summaryPage)
+        return PageListWizard::nextId();
+    switch (currentId()) {
+    case 0:
+        return SummaryPage;
+    case SummaryPage:
+        return 1;
+    default:
+        return -1;
+    }
+}

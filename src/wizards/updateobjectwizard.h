@@ -1,6 +1,7 @@
 #ifndef UPDATEOBJECTWIZARD_H
 #define UPDATEOBJECTWIZARD_H
 
+#include "changesummarywizardpage.h"
 #include "nvdialogs_export.h"
 #include "objectsprogresswizardpage.h"
 
@@ -47,12 +48,22 @@ public:
 
     UpdateProgressWizardPage *progressPage() const { return m_progressPage; }
 
+    // Shows what the run will change, object by object, on a page between
+    // the list and the run. It takes id SummaryPage so that the list (0)
+    // and the progress page (1) keep theirs.
+    enum { SummaryPage = 2 };
+    void setChanges(const QList<ChangeSummaryWizardPage::Change> &changes);
+    ChangeSummaryWizardPage *summaryPage() const { return m_summaryPage; }
+
+    int nextId() const override;
+
 Q_SIGNALS:
     void appendTask(nivaro::TaskInfo task);
 
 private:
     DeleteListWizardPage *m_listPage;
     UpdateProgressWizardPage *m_progressPage;
+    ChangeSummaryWizardPage *m_summaryPage = nullptr;
 };
 
 #endif

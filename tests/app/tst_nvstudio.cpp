@@ -259,6 +259,12 @@ void TestNvStudio::bulkUpdateWritesTheSelection()
 
     UpdateObjectWizard *wizard = window.startBulkUpdate(window.selectedObjects(), db::worker::LOCKED, QStringLiteral("true"));
     QVERIFY(wizard);
+    wizard->next(); // to the summary, nothing sent yet
+    QCOMPARE(wizard->currentId(), int(UpdateObjectWizard::SummaryPage));
+    QCOMPARE(window.executor()->pendingCount(), 0);
+    QCOMPARE(wizard->summaryPage()->changes().size(), 2);
+    QVERIFY(wizard->summaryPage()->summaryText().contains(QStringLiteral("Блокировка: ")));
+    QVERIFY(wizard->summaryPage()->summaryText().contains(QStringLiteral(" -> Да")));
     wizard->next();
     QTRY_COMPARE(wizard->progressPage()->statusText(), QStringLiteral("Успешно завершено"));
     for (nivaro::TYPE_ID uid : uids)
@@ -287,6 +293,7 @@ void TestNvStudio::failedBulkRunSaysWhy()
     // Gone from the store behind the wizard's back: the executor refuses it.
     QVERIFY(LocalStorage::instance()->removeObjects({uids.at(0)}));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("executor: task failed")));
+    wizard->next(); // to the summary, nothing sent yet
     wizard->next();
     QTRY_COMPARE(wizard->progressPage()->statusText(), QStringLiteral("Ошибка"));
     const QStringList log = wizard->progressPage()->logText().split(QLatin1Char('\n'));
@@ -308,6 +315,7 @@ void TestNvStudio::bulkRunBesideASaveKeepsTheFrameWaiting()
     UpdateObjectWizard *wizard = window.startBulkUpdate({uids.at(1)}, db::worker::LOCKED, QStringLiteral("true"));
     QVERIFY(wizard);
     editSurname(window, QStringLiteral("Параллельнова"));
+    wizard->next(); // to the summary, nothing sent yet
     wizard->next(); // the executor answers the wizard's task first
     window.frame()->save();
     QList<int> pendingAfterWizardTask;
@@ -353,6 +361,7 @@ void TestNvStudio::interruptedBulkRunIsOffered()
         QVERIFY(asked.isEmpty());
         UpdateObjectWizard *wizard = window.startBulkUpdate(uids, db::worker::LOCKED, QStringLiteral("true"));
         QVERIFY(wizard);
+        wizard->next(); // to the summary, nothing sent yet
         wizard->next();
         delete wizard;
         QTRY_COMPARE(window.executor()->pendingCount(), 0);
@@ -370,6 +379,7 @@ void TestNvStudio::interruptedBulkRunIsOffered()
         QCOMPARE(wizard != nullptr, choice == MainWindow::RunRemaining);
         if (wizard) {
             QCOMPARE(wizard->progressPage()->uids(), uids.mid(1));
+            wizard->next(); // to the summary, nothing sent yet
             wizard->next();
             QTRY_COMPARE(wizard->progressPage()->statusText(), QStringLiteral("Успешно завершено"));
             for (nivaro::TYPE_ID uid : qAsConst(uids))

@@ -42,6 +42,12 @@ nivaro::TYPE_ID NewObjectWizard::placeOf(nivaro::TYPE_ID selected)
     return employee ? employee->parent() : selected;
 }
 
+void NewObjectWizard::taskFinished(const nivaro::TaskInfo &task, bool ok, const QString &error)
+{
+    if (!ok && m_progress && task.widget == m_progress)
+        m_progress->appendMessage(error);
+}
+
 bool NewObjectWizard::mayRun()
 {
     const QList<int> ids = pageIds();

@@ -43,6 +43,11 @@ public:
     // row itself, or the department of a selected employee.
     static nivaro::TYPE_ID placeOf(nivaro::TYPE_ID selected);
 
+public Q_SLOTS:
+    // For the executor's taskFinished: a refusal of one of this wizard's
+    // tasks adds the server's reason to the log, under the task's own text.
+    void taskFinished(const nivaro::TaskInfo &task, bool ok, const QString &error);
+
 Q_SIGNALS:
     void appendTask(nivaro::TaskInfo task);
     // The run has ended and the object exists under this uid (a task

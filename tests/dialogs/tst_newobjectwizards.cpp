@@ -611,10 +611,7 @@ void TestNewObjectWizards::refusedCreationShowsItsErrorInTheLog()
     TaskExecutor executor(&server);
     connect(wizard, &NewObjectWizard::appendTask, &executor, &TaskExecutor::execute);
     // As the client wires it: the server's reason follows the task's own text.
-    connect(&executor, &TaskExecutor::taskFinished, wizard, [&wizard](const TaskInfo &, bool ok, const QString &why) {
-        if (!ok)
-            wizard->runPage()->appendMessage(why);
-    });
+    connect(&executor, &TaskExecutor::taskFinished, wizard, &NewObjectWizard::taskFinished);
     QSignalSpy finished(wizard->runPage(), &BaseProgressWizardPage::tasksFinished);
     QSignalSpy created(wizard.data(), &NewObjectWizard::objectCreated);
     wizard->show();

@@ -139,6 +139,7 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     }
     m_orgActions->mayStart = [this] { return settleUnsaved(); };
     connect(m_orgActions, &OrganisationActions::objectCreated, this, &MainWindow::selectCreated);
+    connect(m_orgActions, &OrganisationActions::objectsMoved, this, &MainWindow::selectUids);
     // Virtual cards are put on virtual readers from here; real readers
     // need a real hand.
     if (auto simulated = std::dynamic_pointer_cast<nvsmartcard::SimulatedBackend>(nvsmartcard::defaultBackend())) {
@@ -540,9 +541,17 @@ void MainWindow::storeChanged(const QString &dataname, const QList<TYPE_ID> &uid
 {
     if (dataname == nivaro::SUBJECT_DATANAME || dataname == nivaro::SUBJECT_FIRED_DATANAME
         || dataname == nivaro::ORGSTRUCTURE_DATANAME) {
+        if (!std::any_of(uids.cbegin(), uids.cend(), [this](TYPE_ID uid) { return m_shown.contains(uid); }))
+            return;
         // A saved surname is the title's too.
-        if (std::any_of(uids.cbegin(), uids.cend(), [this](TYPE_ID uid) { return m_shown.contains(uid); }))
-            refreshTitle();
+        refreshTitle();
+        // Someone shown was dismissed (here or by another client): the view
+        // turns read-only and the actions follow, unless the operator is
+        // in the middle of an edit, which the next selection settles.
+        if (dataname == nivaro::SUBJECT_FIRED_DATANAME && !m_frame->isModified()) {
+            showSelection(m_shown);
+            selectionChanged();
+        }
         return;
     }
     if (m_schedulePage->worker() == 0)

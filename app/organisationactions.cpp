@@ -1,6 +1,8 @@
 #include "organisationactions.h"
 
 #include <datanames.h>
+#include <deleteobjectwizard.h>
+#include <dismissalwizard.h>
 #include <localstorage.h>
 #include <newdepartmentwizard.h>
 #include <newfirmwizard.h>
@@ -8,6 +10,7 @@
 #include <objectinfo.h>
 #include <objecttypes.h>
 #include <taskexecutor.h>
+#include <transferwizard.h>
 
 #include <QAction>
 #include <QDebug>
@@ -114,7 +117,18 @@ void OrganisationActions::open(QWizard *wizard)
     m_lastWizard = wizard;
     wizard->setAttribute(Qt::WA_DeleteOnClose);
     wizard->setWindowModality(Qt::WindowModal);
+    // Room for a summary of several objects without scrolling sideways.
+    wizard->resize(wizard->sizeHint().expandedTo(QSize(760, 540)));
     wizard->show();
+}
+
+void OrganisationActions::openNew(NewObjectWizard *wizard)
+{
+    connect(wizard, &NewObjectWizard::appendTask, m_executor, &nivaro::TaskExecutor::execute);
+    // The server's reason for a refusal belongs in the run's log.
+    connect(m_executor, &nivaro::TaskExecutor::taskFinished, wizard, &NewObjectWizard::taskFinished);
+    connect(wizard, &NewObjectWizard::objectCreated, this, &OrganisationActions::objectCreated);
+    open(wizard);
 }
 
 void OrganisationActions::newWorker()
@@ -123,9 +137,7 @@ void OrganisationActions::newWorker()
         return;
     auto *wizard = new NewWorkerWizard(m_window);
     wizard->setDepartment(placeForNew());
-    connect(wizard, &NewObjectWizard::appendTask, m_executor, &nivaro::TaskExecutor::execute);
-    connect(wizard, &NewObjectWizard::objectCreated, this, &OrganisationActions::objectCreated);
-    open(wizard);
+    openNew(wizard);
 }
 
 void OrganisationActions::newDepartment()
@@ -134,9 +146,7 @@ void OrganisationActions::newDepartment()
         return;
     auto *wizard = new NewDepartmentWizard(m_window);
     wizard->setParentDepartment(placeForNew());
-    connect(wizard, &NewObjectWizard::appendTask, m_executor, &nivaro::TaskExecutor::execute);
-    connect(wizard, &NewObjectWizard::objectCreated, this, &OrganisationActions::objectCreated);
-    open(wizard);
+    openNew(wizard);
 }
 
 void OrganisationActions::newFirm()
@@ -144,19 +154,44 @@ void OrganisationActions::newFirm()
     if (!mayStart())
         return;
     auto *wizard = new NewFirmWizard(m_window);
-    connect(wizard, &NewObjectWizard::appendTask, m_executor, &nivaro::TaskExecutor::execute);
-    connect(wizard, &NewObjectWizard::objectCreated, this, &OrganisationActions::objectCreated);
+    openNew(wizard);
+}
+
+// The wizards below take the selection as it is and say on their first
+// page what they leave out and why (a dismissed employee, a department
+// that still holds people), so the operator sees it before anything runs.
+template<class Wizard>
+Wizard *OrganisationActions::openForSelection(const QStringList &types)
+{
+    if (!mayStart())
+        return nullptr;
+    QList<TYPE_ID> uids;
+    for (const Row &row : qAsConst(m_rows)) {
+        if (types.contains(row.type))
+            uids.append(row.uid);
+    }
+    auto *wizard = new Wizard(m_window);
+    wizard->setUids(uids);
+    connect(wizard, &Wizard::appendTask, m_executor, &nivaro::TaskExecutor::execute);
     open(wizard);
+    return wizard;
 }
 
 void OrganisationActions::transfer()
 {
+    TransferWizard *wizard = openForSelection<TransferWizard>({nivaro::OT_WORKER, nivaro::OT_DEPARTMENT});
+    // Moved rows leave the tree where they were; the operator finds them
+    // selected in their new place.
+    if (wizard)
+        connect(wizard, &QWizard::accepted, this, [this, wizard] { emit objectsMoved(wizard->uids()); });
 }
 
 void OrganisationActions::dismiss()
 {
+    openForSelection<DismissalWizard>({nivaro::OT_WORKER});
 }
 
 void OrganisationActions::remove()
 {
+    openForSelection<DeleteObjectWizard>({nivaro::OT_WORKER, nivaro::OT_DEPARTMENT, nivaro::OT_FIRM});
 }

@@ -10,6 +10,7 @@
 
 #include <functional>
 
+class NewObjectWizard;
 class QAction;
 class QWidget;
 class QWizard;
@@ -60,6 +61,7 @@ public:
 
 Q_SIGNALS:
     void objectCreated(nivaro::TYPE_ID uid);
+    void objectsMoved(const QList<nivaro::TYPE_ID> &uids);
 
 private:
     void newWorker();
@@ -73,6 +75,9 @@ private:
     // firm, or the one the selected employee works in.
     nivaro::TYPE_ID placeForNew() const;
     void open(QWizard *wizard);
+    void openNew(NewObjectWizard *wizard);
+    template<class Wizard>
+    Wizard *openForSelection(const QStringList &types);
     QAction *addAction(const QString &text, const QString &name, const QKeySequence &shortcut, void (OrganisationActions::*slot)());
 
     nivaro::LocalStorage *m_storage;

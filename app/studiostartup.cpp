@@ -85,8 +85,9 @@ void StudioStartup::setUpCardReaders(const QString &storePath)
     }
     // The library's own readers have English names; the operator sees
     // readers named in the client's language.
-    while (simulated->readerCount() > 0)
-        simulated->removeReader(0);
+    // Unplugged readers keep their slots, so each slot is unplugged once.
+    for (int slot = 0; simulated->readerCount() > 0 && slot < 1000; ++slot)
+        simulated->removeReader(slot);
     simulated->addReader(QCoreApplication::translate("StudioStartup", "Считыватель смарт-карт"),
                          db::devices::cardreader::SMARTCARD);
     simulated->addReader(QCoreApplication::translate("StudioStartup", "Считыватель HID"), db::devices::cardreader::HID);

@@ -862,7 +862,7 @@
         <translation>Organisation</translation>
     </message>
     <message>
-        <location line="+27"/>
+        <location line="+28"/>
         <source>Фильтр по имени</source>
         <translation>Filter by name</translation>
     </message>
@@ -926,12 +926,12 @@
     <message>
         <location line="-64"/>
         <location line="+92"/>
-        <location line="+55"/>
+        <location line="+63"/>
         <source>Только чтение: %1</source>
         <translation>Read only: %1</translation>
     </message>
     <message>
-        <location line="-190"/>
+        <location line="-198"/>
         <source>Выбраны и организации, и подразделения: выберите что-то одно, чтобы изменить свойства</source>
         <translation>Both firms and departments are selected: choose one kind to edit their properties</translation>
     </message>
@@ -956,7 +956,7 @@
         <translation>Employees selected: %1</translation>
     </message>
     <message>
-        <location line="+45"/>
+        <location line="+53"/>
         <source>Массовое изменение прервано: обработано %1 из %2 объектов.</source>
         <translation>Bulk update interrupted: %1 of %2 objects processed.</translation>
     </message>
@@ -2510,7 +2510,7 @@
         <translation>Create</translation>
     </message>
     <message>
-        <location line="+59"/>
+        <location line="+65"/>
         <source>Операция отменена</source>
         <translation>Operation cancelled</translation>
     </message>
@@ -2931,7 +2931,7 @@
 <context>
     <name>OrganisationActions</name>
     <message>
-        <location filename="../app/organisationactions.cpp" line="+25"/>
+        <location filename="../app/organisationactions.cpp" line="+28"/>
         <source>Новый сотрудник…</source>
         <translation>New employee…</translation>
     </message>
@@ -3042,7 +3042,7 @@
 <context>
     <name>QObject</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="+123"/>
+        <location filename="../app/studiostartup.cpp" line="+124"/>
         <source>Не удалось записать файл %1: %2</source>
         <translation>Could not write file %1: %2</translation>
     </message>
@@ -3145,12 +3145,12 @@
 <context>
     <name>StudioStartup</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="-89"/>
+        <location filename="../app/studiostartup.cpp" line="-90"/>
         <source>Не удалось создать папку %1</source>
         <translation>Could not create folder %1</translation>
     </message>
     <message>
-        <location line="+56"/>
+        <location line="+57"/>
         <source>Считыватель смарт-карт</source>
         <translation>Smart card reader</translation>
     </message>

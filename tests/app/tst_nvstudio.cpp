@@ -25,6 +25,7 @@
 #include <employeecardsview.h>
 #include <simulatedbackend.h>
 #include <updateobjectwizard.h>
+#include <dismissalwizard.h>
 #include <workerabsencereasonmodel.h>
 #include <workerabsencereasonproxy.h>
 #include <workerschedulemodel.h>
@@ -63,6 +64,7 @@ private Q_SLOTS:
     void selectionPicksViewAndActions_data();
     void selectionPicksViewAndActions();
     void createdDepartmentIsSelected();
+    void dismissedEmployeeTurnsReadOnly();
     void bulkUpdateWritesTheSelection();
     void failedBulkRunSaysWhy();
     void bulkRunBesideASaveKeepsTheFrameWaiting();
@@ -714,6 +716,33 @@ void TestNvStudio::createdDepartmentIsSelected()
     QCOMPARE(created.parameter(db::orgstructure::NAME), QStringLiteral("Новый отдел"));
     QCOMPARE(created.parent(), firm);
     QCOMPARE(window.departmentFrame()->isVisible(), true);
+    wizard->close();
+}
+
+void TestNvStudio::dismissedEmployeeTurnsReadOnly()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 10, &error), qPrintable(error));
+    MainWindow window(LocalStorage::instance());
+    window.show();
+    const nivaro::TYPE_ID uid = firstOf(nivaro::OT_WORKER);
+    window.selectUids({uid});
+    auto *surname = window.workerView()->findChild<QLineEdit *>(QStringLiteral("leSurname"));
+    QVERIFY(surname->isEnabled() && !surname->isReadOnly());
+    window.organisationActions()->dismissAction()->trigger();
+    auto *wizard = qobject_cast<DismissalWizard *>(window.organisationActions()->lastWizard());
+    QVERIFY(wizard);
+    QCOMPARE(wizard->uids(), QList<nivaro::TYPE_ID>{uid});
+    wizard->setReason(QStringLiteral("по соглашению сторон"));
+    while (wizard->nextId() != -1) {
+        QVERIFY2(wizard->currentPage()->isComplete(), qPrintable(wizard->currentPage()->objectName()));
+        wizard->next();
+    }
+    QTRY_VERIFY(LocalStorage::instance()->constObject(uid, nivaro::SUBJECT_FIRED_DATANAME));
+    // The same selection, now of someone dismissed: nothing to edit, and
+    // nobody to dismiss again.
+    QTRY_VERIFY(!surname->isEnabled() || surname->isReadOnly());
+    QVERIFY(!window.organisationActions()->dismissAction()->isEnabled());
     wizard->close();
 }
 

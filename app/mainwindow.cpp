@@ -5,11 +5,13 @@
 #include "bulkupdateruns.h"
 #include "cardreadersmenu.h"
 #include "cardspage.h"
+#include "organisationactions.h"
 #include "propertyframe.h"
 #include "schedulepage.h"
 #include "studiostartup.h"
 
 #include <datanames.h>
+#include <dbparams.h>
 #include <localstorage.h>
 #include <nvglobals.h>
 #include <objecttreemodel.h>
@@ -17,6 +19,8 @@
 #include <objecttypes.h>
 #include <taskexecutor.h>
 #include <cardwidget.h>
+#include <departmentpropertyview.h>
+#include <firmpropertyview.h>
 #include <usbcardreadermanager.h>
 #include <simulatedbackend.h>
 #include <updateobjectwizard.h>
@@ -32,7 +36,9 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
+#include <QToolBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSplitter>
@@ -80,6 +86,11 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     , m_statusCounts(new QLabel)
     , m_statusAccess(new QLabel)
     , m_runs(new BulkUpdateRuns(m_executor, this))
+    , m_departmentFrame(new PropertyFrame)
+    , m_firmFrame(new PropertyFrame)
+    , m_departmentView(new DepartmentPropertyView)
+    , m_firmView(new FirmPropertyView)
+    , m_orgActions(new OrganisationActions(storage, m_executor, this))
 {
     setObjectName(QStringLiteral("MainWindow"));
     setWindowTitle(tr("Nivaro-Studio — %1").arg(QFileInfo(storage->fileName()).fileName()));
@@ -111,6 +122,24 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     m_bulkUpdate->setObjectName(QStringLiteral("bulkUpdateAction"));
     m_bulkUpdate->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_U));
     m_bulkUpdate->setEnabled(false);
+    QMenu *organisation = menuBar()->addMenu(tr("&Организация"));
+    organisation->setToolTipsVisible(true);
+    QToolBar *tools = addToolBar(tr("Организация"));
+    tools->setObjectName(QStringLiteral("organisationToolBar"));
+    tools->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    tools->setMovable(false);
+    for (QAction *action : m_orgActions->actions()) {
+        organisation->addAction(action);
+        tools->addAction(action);
+        // Creating and changing are two groups, in the menu and the bar.
+        if (action == m_orgActions->newFirmAction()) {
+            organisation->addSeparator();
+            tools->addSeparator();
+        }
+    }
+    m_orgActions->mayStart = [this] { return settleUnsaved(); };
+    connect(m_orgActions, &OrganisationActions::objectCreated, this, &MainWindow::selectCreated);
+    connect(m_orgActions, &OrganisationActions::objectsMoved, this, &MainWindow::selectUids);
     // Virtual cards are put on virtual readers from here; real readers
     // need a real hand.
     if (auto simulated = std::dynamic_pointer_cast<nvsmartcard::SimulatedBackend>(nvsmartcard::defaultBackend())) {
@@ -139,6 +168,8 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     m_tree->sortByColumn(0, Qt::AscendingOrder);
     m_tree->expandToDepth(1);
     connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, &MainWindow::selectionChanged);
+    m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_tree, &QWidget::customContextMenuRequested, this, &MainWindow::showTreeMenu);
 
     auto *left = new QWidget;
     auto *leftLayout = new QVBoxLayout(left);
@@ -158,6 +189,12 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     m_tabs->addTab(m_absencePage, tr("Отсутствия"));
     m_tabs->addTab(m_cardsPage, tr("Карты"));
     m_stack->addWidget(m_tabs);
+    m_departmentFrame->setObjectName(QStringLiteral("departmentFrame"));
+    m_departmentFrame->setView(m_departmentView);
+    m_stack->addWidget(m_departmentFrame);
+    m_firmFrame->setObjectName(QStringLiteral("firmFrame"));
+    m_firmFrame->setView(m_firmView);
+    m_stack->addWidget(m_firmFrame);
 
     auto *splitter = new QSplitter;
     splitter->addWidget(left);
@@ -169,12 +206,16 @@ MainWindow::MainWindow(nivaro::LocalStorage *storage, QWidget *parent)
     // The executor answers the view itself (the task names it); the frame
     // only counts what is out and reports failures, of its own tasks: a bulk
     // run's answers would otherwise end its wait while its save is still out.
-    connect(m_frame, &PropertyFrame::appendTask, m_executor, &nivaro::TaskExecutor::execute);
-    connect(m_executor, &nivaro::TaskExecutor::taskFinished, m_frame,
-            [this](const nivaro::TaskInfo &task, bool ok, const QString &error) {
-                if (task.widget == m_workerView)
-                    m_frame->taskFinished(task, ok, error);
-            });
+    for (PropertyFrame *frame : {m_frame, m_departmentFrame, m_firmFrame}) {
+        connect(frame, &PropertyFrame::appendTask, m_executor, &nivaro::TaskExecutor::execute);
+        connect(m_executor, &nivaro::TaskExecutor::taskFinished, frame,
+                [frame](const nivaro::TaskInfo &task, bool ok, const QString &error) {
+                    if (task.widget == frame->view())
+                        frame->taskFinished(task, ok, error);
+                });
+    }
+    connect(storage, &nivaro::LocalStorage::dataChanged, m_departmentView, &DepartmentPropertyView::dataChanged);
+    connect(storage, &nivaro::LocalStorage::dataChanged, m_firmView, &FirmPropertyView::dataChanged);
     CardWidget *cardWidget = m_cardsPage->cardWidget();
     connect(cardWidget, &CardWidget::appendTask, m_executor, &nivaro::TaskExecutor::execute);
     // A card written or formatted keeps its new keys and data even if the
@@ -257,14 +298,15 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 bool MainWindow::settleUnsaved()
 {
-    if (!m_frame->isModified() || m_stack->currentWidget() != m_tabs)
+    PropertyFrame *frame = currentFrame();
+    if (!frame || !frame->isModified())
         return true;
     switch (askUnsaved()) {
     case SaveChanges:
-        m_frame->save();
+        frame->save();
         return true;
     case DiscardChanges:
-        m_frame->cancel();
+        frame->cancel();
         return true;
     case KeepEditing:
         break;
@@ -274,23 +316,46 @@ bool MainWindow::settleUnsaved()
 
 void MainWindow::selectionChanged()
 {
-    QList<TYPE_ID> workers;
+    QList<TYPE_ID> workers, departments, firms;
+    QList<OrganisationActions::Row> selected;
     QString otherName;
     bool updatable = false;
     const QModelIndexList rows = m_tree->selectionModel()->selectedRows();
     for (const QModelIndex &index : rows) {
         const TYPE_ID uid = index.data(nivaro::ObjectTreeModel::UidRole).toUInt();
         const QString type = index.data(nivaro::ObjectTreeModel::TypeRole).toString();
+        const bool dismissed = index.data(nivaro::ObjectTreeModel::StateRole).toString().toLower() == db::common::STATE_FIRED;
+        selected.append({uid, type, dismissed});
         updatable = updatable || isBulkUpdatable(type);
         if (type == nivaro::OT_WORKER)
             workers.append(uid);
+        else if (type == nivaro::OT_DEPARTMENT)
+            departments.append(uid);
+        else if (type == nivaro::OT_FIRM)
+            firms.append(uid);
         else if (otherName.isEmpty())
             otherName = index.data(Qt::DisplayRole).toString();
     }
     m_bulkUpdate->setEnabled(updatable && !m_readOnly);
+    m_orgActions->setSelection(selected);
     if (m_restoringSelection)
         return;
-    if (workers == m_shown)
+    // Employees win over the departments selected with them, as before
+    // departments had views of their own; departments and firms together
+    // have no view in common.
+    QString type;
+    QList<TYPE_ID> shown;
+    if (!workers.isEmpty()) {
+        type = nivaro::OT_WORKER;
+        shown = workers;
+    } else if (!departments.isEmpty() && firms.isEmpty()) {
+        type = nivaro::OT_DEPARTMENT;
+        shown = departments;
+    } else if (!firms.isEmpty() && departments.isEmpty()) {
+        type = nivaro::OT_FIRM;
+        shown = firms;
+    }
+    if (shown == m_shown && type == m_shownType)
         return;
     if (!settleUnsaved()) {
         // Keep editing: put the selection back to what the frame shows.
@@ -299,15 +364,83 @@ void MainWindow::selectionChanged()
         m_restoringSelection = false;
         return;
     }
-    if (workers.isEmpty()) {
-        m_shown.clear();
-        m_placeholder->setText(otherName.isEmpty()
-                                   ? tr("Выберите одного или нескольких сотрудников в дереве организации")
-                                   : tr("«%1»: выберите сотрудников, чтобы изменить их личные данные").arg(otherName));
-        m_stack->setCurrentWidget(m_placeholder);
-        return;
+    if (type == nivaro::OT_WORKER)
+        showSelection(workers);
+    else if (!type.isEmpty())
+        showOrgSelection(type, shown);
+    else if (!departments.isEmpty())
+        showPlaceholder(tr("Выбраны и организации, и подразделения: выберите что-то одно, чтобы изменить свойства"));
+    else
+        showPlaceholder(otherName.isEmpty() ? tr("Выберите одного или нескольких сотрудников в дереве организации")
+                                            : tr("«%1»: выберите сотрудников, подразделения или организации").arg(otherName));
+}
+
+void MainWindow::showPlaceholder(const QString &text)
+{
+    m_shown.clear();
+    m_shownType.clear();
+    m_placeholder->setText(text);
+    m_stack->setCurrentWidget(m_placeholder);
+}
+
+PropertyFrame *MainWindow::currentFrame() const
+{
+    QWidget *current = m_stack->currentWidget();
+    if (current == m_tabs)
+        return m_frame;
+    if (current == m_departmentFrame || current == m_firmFrame)
+        return static_cast<PropertyFrame *>(current);
+    return nullptr;
+}
+
+void MainWindow::showOrgSelection(const QString &type, const QList<TYPE_ID> &uids)
+{
+    nivaro::NVHash<unsigned int, nivaro::ObjectInfo> selection;
+    for (TYPE_ID uid : uids) {
+        if (const nivaro::ObjectInfo *object = m_storage->constObject(uid, nivaro::ORGSTRUCTURE_DATANAME))
+            selection.insert(uid, *object);
+        else
+            qDebug() << "main window: selected uid not in store" << uid;
     }
-    showSelection(workers);
+    const bool departments = type == nivaro::OT_DEPARTMENT;
+    PropertyFrame *frame = departments ? m_departmentFrame : m_firmFrame;
+    m_shown = uids;
+    m_shownType = type;
+    frame->resetState();
+    if (departments)
+        m_departmentView->setCurrent(selection);
+    else
+        m_firmView->setCurrent(selection);
+    refreshTitle();
+    frame->showMessage(m_readOnly ? tr("Только чтение: %1").arg(m_readOnlyReason) : QString());
+    m_stack->setCurrentWidget(frame);
+}
+
+void MainWindow::selectCreated(TYPE_ID uid)
+{
+    // A filter that hides the new object would make it look as if nothing
+    // had been created.
+    auto *model = m_storage->model(nivaro::ORGSTRUCTURE_DATANAME);
+    if (!m_proxy->mapFromSource(model->indexOf(uid)).isValid() && !m_filter->text().isEmpty()) {
+        m_filter->clear();
+        m_filterTimer->stop();
+        applyFilter();
+    }
+    selectUids({uid});
+}
+
+void MainWindow::showTreeMenu(const QPoint &pos)
+{
+    QMenu menu(this);
+    menu.setToolTipsVisible(true);
+    for (QAction *action : m_orgActions->actions()) {
+        menu.addAction(action);
+        if (action == m_orgActions->newFirmAction())
+            menu.addSeparator();
+    }
+    menu.addSeparator();
+    menu.addAction(m_bulkUpdate);
+    menu.exec(m_tree->viewport()->mapToGlobal(pos));
 }
 
 QList<TYPE_ID> MainWindow::selectedObjects() const
@@ -365,6 +498,7 @@ void MainWindow::showSelection(const QList<TYPE_ID> &uids)
             qDebug() << "main window: selected uid not in store" << uid;
     }
     m_shown = uids;
+    m_shownType = nivaro::OT_WORKER;
     m_frame->resetState();
     m_workerView->setCurrent(selection);
     refreshTitle();
@@ -387,6 +521,16 @@ void MainWindow::showSelection(const QList<TYPE_ID> &uids)
 
 void MainWindow::refreshTitle()
 {
+    if (m_shownType == nivaro::OT_DEPARTMENT || m_shownType == nivaro::OT_FIRM) {
+        const bool departments = m_shownType == nivaro::OT_DEPARTMENT;
+        const nivaro::ObjectInfo *single
+            = m_shown.size() == 1 ? m_storage->constObject(m_shown.constFirst(), nivaro::ORGSTRUCTURE_DATANAME) : nullptr;
+        (departments ? m_departmentFrame : m_firmFrame)
+            ->setTitle(single ? NVGlobals::objectName(*single)
+                              : departments ? tr("Выбрано подразделений: %1").arg(m_shown.size())
+                                            : tr("Выбрано организаций: %1").arg(m_shown.size()));
+        return;
+    }
     const nivaro::ObjectInfo *single = m_shown.size() == 1
         ? m_storage->constObject(m_shown.constFirst(), {nivaro::SUBJECT_DATANAME, nivaro::SUBJECT_FIRED_DATANAME})
         : nullptr;
@@ -395,10 +539,19 @@ void MainWindow::refreshTitle()
 
 void MainWindow::storeChanged(const QString &dataname, const QList<TYPE_ID> &uids)
 {
-    if (dataname == nivaro::SUBJECT_DATANAME || dataname == nivaro::SUBJECT_FIRED_DATANAME) {
+    if (dataname == nivaro::SUBJECT_DATANAME || dataname == nivaro::SUBJECT_FIRED_DATANAME
+        || dataname == nivaro::ORGSTRUCTURE_DATANAME) {
+        if (!std::any_of(uids.cbegin(), uids.cend(), [this](TYPE_ID uid) { return m_shown.contains(uid); }))
+            return;
         // A saved surname is the title's too.
-        if (std::any_of(uids.cbegin(), uids.cend(), [this](TYPE_ID uid) { return m_shown.contains(uid); }))
-            refreshTitle();
+        refreshTitle();
+        // Someone shown was dismissed (here or by another client): the view
+        // turns read-only and the actions follow, unless the operator is
+        // in the middle of an edit, which the next selection settles.
+        if (dataname == nivaro::SUBJECT_FIRED_DATANAME && !m_frame->isModified()) {
+            showSelection(m_shown);
+            selectionChanged();
+        }
         return;
     }
     if (m_schedulePage->worker() == 0)
@@ -418,6 +571,11 @@ void MainWindow::setStoreReadOnly(const QString &reason)
     m_statusAccess->setText(text);
     m_workerView->setReadOnly(true);
     m_frame->setReadOnlyReason(text);
+    m_departmentView->setReadOnly(true);
+    m_firmView->setReadOnly(true);
+    m_departmentFrame->setReadOnlyReason(text);
+    m_firmFrame->setReadOnlyReason(text);
+    m_orgActions->setReadOnly(text);
     m_bulkUpdate->setEnabled(false);
     m_bulkUpdate->setToolTip(text);
 }

@@ -8,6 +8,9 @@
 class AbsencePage;
 class CardReadersMenu;
 class CardsPage;
+class DepartmentPropertyView;
+class FirmPropertyView;
+class OrganisationActions;
 class BulkUpdateRuns;
 class UpdateObjectWizard;
 class PropertyFrame;
@@ -52,6 +55,15 @@ public:
     SchedulePage *schedulePage() const { return m_schedulePage; }
     AbsencePage *absencePage() const { return m_absencePage; }
     CardsPage *cardsPage() const { return m_cardsPage; }
+    // The property frames of selected departments and of selected firms.
+    PropertyFrame *departmentFrame() const { return m_departmentFrame; }
+    PropertyFrame *firmFrame() const { return m_firmFrame; }
+    DepartmentPropertyView *departmentView() const { return m_departmentView; }
+    FirmPropertyView *firmView() const { return m_firmView; }
+    // The frame the right side shows, null for the placeholder.
+    PropertyFrame *currentFrame() const;
+    // New employee, department and firm, transfer, dismissal and delete.
+    OrganisationActions *organisationActions() const { return m_orgActions; }
     // Null unless the readers are the simulated ones.
     CardReadersMenu *readersMenu() const { return m_readersMenu; }
     nivaro::TaskExecutor *executor() const { return m_executor; }
@@ -98,6 +110,10 @@ private Q_SLOTS:
 private:
     bool settleUnsaved();
     void showSelection(const QList<nivaro::TYPE_ID> &uids);
+    void showOrgSelection(const QString &type, const QList<nivaro::TYPE_ID> &uids);
+    void showPlaceholder(const QString &text);
+    void selectCreated(nivaro::TYPE_ID uid);
+    void showTreeMenu(const QPoint &pos);
     void refreshTitle();
     void storeChanged(const QString &dataname, const QList<nivaro::TYPE_ID> &uids);
 
@@ -120,7 +136,13 @@ private:
     QLabel *m_statusAccess;
     BulkUpdateRuns *m_runs;
     QAction *m_bulkUpdate = nullptr;
+    PropertyFrame *m_departmentFrame;
+    PropertyFrame *m_firmFrame;
+    DepartmentPropertyView *m_departmentView;
+    FirmPropertyView *m_firmView;
+    OrganisationActions *m_orgActions;
     QList<nivaro::TYPE_ID> m_shown;
+    QString m_shownType; // what m_shown holds: employees, departments or firms
     bool m_restoringSelection = false;
     bool m_readOnly = false;
     QString m_readOnlyReason;

@@ -78,10 +78,16 @@ void StudioStartup::setUpCardReaders(const QString &storePath)
     if (!simulated)
         return;
     const QString state = cardStatePath(storePath);
-    if (QFileInfo::exists(state) && !simulated->loadState(state))
+    if (QFileInfo::exists(state)) {
+        if (simulated->loadState(state) && simulated->readerCount() > 0)
+            return;
         qDebug() << "studio: card state not loaded, starting afresh" << state << simulated->errorString();
-    if (simulated->readerCount() > 0)
-        return;
+    }
+    // The library's own readers have English names; the operator sees
+    // readers named in the client's language.
+    // Unplugged readers keep their slots, so each slot is unplugged once.
+    for (int slot = 0; simulated->readerCount() > 0 && slot < 1000; ++slot)
+        simulated->removeReader(slot);
     simulated->addReader(QCoreApplication::translate("StudioStartup", "Считыватель смарт-карт"),
                          db::devices::cardreader::SMARTCARD);
     simulated->addReader(QCoreApplication::translate("StudioStartup", "Считыватель HID"), db::devices::cardreader::HID);

@@ -371,8 +371,8 @@
     </message>
     <message>
         <location line="+1"/>
-        <source>Ничего еще не изменено. Проверьте, что будет сделано, и нажмите «Далее».</source>
-        <translation>Nothing has been changed yet. Check what will be done and press “Next”.</translation>
+        <source>Ничего еще не изменено. Проверьте, что будет сделано: изменения начнутся на следующей странице.</source>
+        <translation>Nothing has been changed yet. Check what will be done: the changes start on the next page.</translation>
     </message>
     <message>
         <location line="+4"/>
@@ -802,7 +802,7 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <location filename="../app/mainwindow.cpp" line="+85"/>
+        <location filename="../app/mainwindow.cpp" line="+96"/>
         <source>Nivaro-Studio — %1</source>
         <translation>Nivaro-Studio — %1</translation>
     </message>
@@ -852,18 +852,28 @@
         <translation>Bulk update…</translation>
     </message>
     <message>
-        <location line="+16"/>
+        <location line="+4"/>
+        <source>&amp;Организация</source>
+        <translation>&amp;Organisation</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Организация</source>
+        <translation>Organisation</translation>
+    </message>
+    <message>
+        <location line="+28"/>
         <source>Фильтр по имени</source>
         <translation>Filter by name</translation>
     </message>
     <message>
-        <location line="+26"/>
-        <location line="+153"/>
+        <location line="+28"/>
+        <location line="+191"/>
         <source>Выберите одного или нескольких сотрудников в дереве организации</source>
         <translation>Select one or more employees in the organisation tree</translation>
     </message>
     <message>
-        <location line="-149"/>
+        <location line="-187"/>
         <source>Личные данные</source>
         <translation>Personal data</translation>
     </message>
@@ -883,7 +893,7 @@
         <translation>Cards</translation>
     </message>
     <message>
-        <location line="+32"/>
+        <location line="+42"/>
         <source>Хранилище: %1</source>
         <translation>Store: %1</translation>
     </message>
@@ -898,12 +908,7 @@
         <translation>Readers: simulated</translation>
     </message>
     <message>
-        <location line="+109"/>
-        <source>«%1»: выберите сотрудников, чтобы изменить их личные данные</source>
-        <translation>“%1”: select employees to change their personal data</translation>
-    </message>
-    <message>
-        <location line="+37"/>
+        <location line="+238"/>
         <source>Сохранить журнал…</source>
         <translation>Save log…</translation>
     </message>
@@ -919,18 +924,39 @@
         <translation>Text files (*.txt)</translation>
     </message>
     <message>
-        <location line="+27"/>
-        <location line="+44"/>
+        <location line="-64"/>
+        <location line="+92"/>
+        <location line="+63"/>
         <source>Только чтение: %1</source>
         <translation>Read only: %1</translation>
     </message>
     <message>
-        <location line="-24"/>
+        <location line="-198"/>
+        <source>Выбраны и организации, и подразделения: выберите что-то одно, чтобы изменить свойства</source>
+        <translation>Both firms and departments are selected: choose one kind to edit their properties</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>«%1»: выберите сотрудников, подразделения или организации</source>
+        <translation>“%1”: select employees, departments or firms</translation>
+    </message>
+    <message>
+        <location line="+155"/>
+        <source>Выбрано подразделений: %1</source>
+        <translation>Departments selected: %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Выбрано организаций: %1</source>
+        <translation>Firms selected: %1</translation>
+    </message>
+    <message>
+        <location line="+6"/>
         <source>Выбрано сотрудников: %1</source>
         <translation>Employees selected: %1</translation>
     </message>
     <message>
-        <location line="+39"/>
+        <location line="+53"/>
         <source>Массовое изменение прервано: обработано %1 из %2 объектов.</source>
         <translation>Bulk update interrupted: %1 of %2 objects processed.</translation>
     </message>
@@ -2313,6 +2339,365 @@
     </message>
 </context>
 <context>
+    <name>NewDepartmentParametersPage</name>
+    <message>
+        <location filename="../src/wizards/newdepartmentparameterspage.cpp" line="+39"/>
+        <source>Выбрать...</source>
+        <translation>Choose...</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Подразделение</source>
+        <translation>Department</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Выбор вышестоящего подразделения</source>
+        <translation>Choose the parent department</translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <location line="+42"/>
+        <source>Название</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <location line="-41"/>
+        <location line="+42"/>
+        <source>Номер</source>
+        <translation>Number</translation>
+    </message>
+    <message>
+        <location line="-41"/>
+        <location line="+43"/>
+        <source>Входит в</source>
+        <translation>Part of</translation>
+    </message>
+    <message>
+        <location line="-24"/>
+        <source>(не выбрано)</source>
+        <translation>(not chosen)</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>Укажите название подразделения</source>
+        <translation>Enter the department&apos;s name</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Выберите организацию или подразделение, в которое входит новое</source>
+        <translation>Choose the firm or department the new one belongs to</translation>
+    </message>
+</context>
+<context>
+    <name>NewDepartmentWizard</name>
+    <message>
+        <location filename="../src/wizards/newdepartmentwizard.cpp" line="+16"/>
+        <source>Мастер создания подразделения</source>
+        <translation>New department wizard</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Сохранение</source>
+        <translation>Saving</translation>
+    </message>
+    <message>
+        <location line="+14"/>
+        <source>Создание подразделения %1</source>
+        <translation>Creating department %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Ошибка создания подразделения %1</source>
+        <translation>Failed to create department %1</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Создание</source>
+        <translation>Creation</translation>
+    </message>
+</context>
+<context>
+    <name>NewFirmParametersPage</name>
+    <message>
+        <location filename="../src/wizards/newfirmparameterspage.cpp" line="+22"/>
+        <source>Организация</source>
+        <translation>Firm</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>10 цифр</source>
+        <translation>10 digits</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>9 цифр</source>
+        <translation>9 digits</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <location line="+35"/>
+        <source>Название</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <location line="-34"/>
+        <location line="+35"/>
+        <source>Полное название</source>
+        <translation>Full name</translation>
+    </message>
+    <message>
+        <location line="-34"/>
+        <location line="+35"/>
+        <source>ИНН</source>
+        <translation>INN</translation>
+    </message>
+    <message>
+        <location line="-34"/>
+        <location line="+35"/>
+        <source>КПП</source>
+        <translation>KPP</translation>
+    </message>
+    <message>
+        <location line="-17"/>
+        <source>Укажите название организации</source>
+        <translation>Enter the firm&apos;s name</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>ИНН организации: 10 цифр с верной контрольной цифрой</source>
+        <translation>A firm&apos;s INN: 10 digits with a correct check digit</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>КПП: 9 цифр</source>
+        <translation>KPP: 9 digits</translation>
+    </message>
+</context>
+<context>
+    <name>NewFirmWizard</name>
+    <message>
+        <location filename="../src/wizards/newfirmwizard.cpp" line="+14"/>
+        <source>Мастер создания организации</source>
+        <translation>New firm wizard</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Сохранение</source>
+        <translation>Saving</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Создание организации %1</source>
+        <translation>Creating firm %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Ошибка создания организации %1</source>
+        <translation>Failed to create firm %1</translation>
+    </message>
+    <message>
+        <location line="+10"/>
+        <source>Создание</source>
+        <translation>Creation</translation>
+    </message>
+</context>
+<context>
+    <name>NewObjectWizard</name>
+    <message>
+        <location filename="../src/wizards/newobjectwizard.cpp" line="+11"/>
+        <source>Создать</source>
+        <translation>Create</translation>
+    </message>
+    <message>
+        <location line="+65"/>
+        <source>Операция отменена</source>
+        <translation>Operation cancelled</translation>
+    </message>
+</context>
+<context>
+    <name>NewWorkerCardPage</name>
+    <message>
+        <location filename="../src/wizards/newworkercardpage.cpp" line="+39"/>
+        <source>Считать карту</source>
+        <translation>Read card</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Карта</source>
+        <translation>Card</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Необязательно: приложите карту к считывателю или введите ее номер.</source>
+        <translation>Optional: put the card on the reader or type its number.</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>Считыватель</source>
+        <translation>Reader</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <location line="+127"/>
+        <source>Номер карты</source>
+        <translation>Card number</translation>
+    </message>
+    <message>
+        <location line="-91"/>
+        <source>Нет подключенных считывателей</source>
+        <translation>No readers connected</translation>
+    </message>
+    <message>
+        <location line="+13"/>
+        <source>Считыватель не может прочитать карту</source>
+        <translation>The reader cannot read the card</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>Приложите карту к считывателю</source>
+        <translation>Put the card on the reader</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>Не удалось определить номер карты по ее идентификатору</source>
+        <translation>Could not determine the card number from its identifier</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Прочитана карта %1</source>
+        <translation>Card %1 read</translation>
+    </message>
+    <message>
+        <location line="+29"/>
+        <source>Идет чтение карты</source>
+        <translation>Reading the card</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Номер карты &quot;%1&quot; не распознан</source>
+        <translation>Card number &quot;%1&quot; not recognised</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Карта %1 уже выдана: %2</source>
+        <translation>Card %1 is already issued: %2</translation>
+    </message>
+    <message>
+        <location line="+17"/>
+        <source>Тип карты</source>
+        <translation>Card type</translation>
+    </message>
+</context>
+<context>
+    <name>NewWorkerJobPage</name>
+    <message>
+        <location filename="../src/wizards/newworkerjobpage.cpp" line="+41"/>
+        <source>Выбрать...</source>
+        <translation>Choose...</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Место работы</source>
+        <translation>Place of work</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Выбор подразделения</source>
+        <translation>Choose a department</translation>
+    </message>
+    <message>
+        <location line="+22"/>
+        <location line="+85"/>
+        <source>Подразделение</source>
+        <translation>Department</translation>
+    </message>
+    <message>
+        <location line="-84"/>
+        <location line="+87"/>
+        <source>Должность</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <location line="-86"/>
+        <location line="+87"/>
+        <source>Табельный номер</source>
+        <translation>Personnel number</translation>
+    </message>
+    <message>
+        <location line="-86"/>
+        <location line="+89"/>
+        <source>График работы</source>
+        <translation>Work schedule</translation>
+    </message>
+    <message>
+        <location line="-88"/>
+        <location line="+92"/>
+        <source>Действует с</source>
+        <translation>Valid from</translation>
+    </message>
+    <message>
+        <location line="-91"/>
+        <location line="+91"/>
+        <source>Действует по</source>
+        <translation>Valid to</translation>
+    </message>
+    <message>
+        <location line="-63"/>
+        <source>Не задана</source>
+        <translation>Not set</translation>
+    </message>
+    <message>
+        <location line="+14"/>
+        <source>Не задан</source>
+        <translation>Not set</translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>(не выбрано)</source>
+        <translation>(not chosen)</translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>Выберите подразделение или организацию сотрудника</source>
+        <translation>Choose the employee&apos;s department or firm</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Табельный номер %1 уже есть у сотрудника: %2</source>
+        <translation>Personnel number %1 is already held by: %2</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Дата окончания (%1) раньше даты начала (%2)</source>
+        <translation>The end date (%1) is before the start date (%2)</translation>
+    </message>
+</context>
+<context>
+    <name>NewWorkerPhotoPage</name>
+    <message>
+        <location filename="../src/wizards/newworkerphotopage.cpp" line="+17"/>
+        <location line="+29"/>
+        <source>Фотография</source>
+        <translation>Photo</translation>
+    </message>
+    <message>
+        <location line="-28"/>
+        <source>Необязательно: фотографию можно добавить позже.</source>
+        <translation>Optional: a photo can be added later.</translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>Хранение фотографий сотрудников запрещено настройками базы данных</source>
+        <translation>The database settings forbid storing employee photos</translation>
+    </message>
+    <message>
+        <location line="+20"/>
+        <source>%1 x %2</source>
+        <translation>%1 x %2</translation>
+    </message>
+</context>
+<context>
     <name>NewWorkerProgressWizardPage</name>
     <message>
         <location filename="../src/wizards/newprogresswizardpages.cpp" line="+10"/>
@@ -2323,6 +2708,178 @@
         <location line="+9"/>
         <source>Операция отменена</source>
         <translation>Operation cancelled</translation>
+    </message>
+</context>
+<context>
+    <name>NewWorkerWizard</name>
+    <message>
+        <location filename="../src/wizards/newworkerwizard.cpp" line="+21"/>
+        <source>Мастер создания сотрудника</source>
+        <translation>New employee wizard</translation>
+    </message>
+    <message>
+        <location line="+26"/>
+        <source>Создание сотрудника %1</source>
+        <translation>Creating employee %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Ошибка создания сотрудника %1</source>
+        <translation>Failed to create employee %1</translation>
+    </message>
+    <message>
+        <location line="+9"/>
+        <source>Сохранение карты %1 сотрудника %2</source>
+        <translation>Saving card %1 of employee %2</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Ошибка сохранения карты %1 сотрудника %2</source>
+        <translation>Failed to save card %1 of employee %2</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>Сохранение фотографии сотрудника %1</source>
+        <translation>Saving the photo of employee %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Ошибка сохранения фотографии сотрудника %1</source>
+        <translation>Failed to save the photo of employee %1</translation>
+    </message>
+    <message>
+        <location line="+8"/>
+        <source>Создание</source>
+        <translation>Creation</translation>
+    </message>
+</context>
+<context>
+    <name>NewWorkerWizardParametersPage</name>
+    <message>
+        <location filename="../src/wizards/newworkerwizardparameterspage.cpp" line="+56"/>
+        <location line="+16"/>
+        <source>Личные данные</source>
+        <translation>Personal data</translation>
+    </message>
+    <message>
+        <location line="-15"/>
+        <source>Фамилия обязательна, остальное можно заполнить позже.</source>
+        <translation>The surname is required; the rest can be filled in later.</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Не задан</source>
+        <translation>Not set</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Мужской</source>
+        <translation>Male</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Женский</source>
+        <translation>Female</translation>
+    </message>
+    <message>
+        <location line="+7"/>
+        <source>12 цифр</source>
+        <translation>12 digits</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <location line="+117"/>
+        <source>Фамилия</source>
+        <translation>Surname</translation>
+    </message>
+    <message>
+        <location line="-116"/>
+        <location line="+117"/>
+        <source>Имя</source>
+        <translation>First name</translation>
+    </message>
+    <message>
+        <location line="-116"/>
+        <location line="+117"/>
+        <source>Отчество</source>
+        <translation>Patronymic</translation>
+    </message>
+    <message>
+        <location line="-116"/>
+        <location line="+120"/>
+        <source>Пол</source>
+        <translation>Sex</translation>
+    </message>
+    <message>
+        <location line="-119"/>
+        <location line="+122"/>
+        <source>Дата рождения</source>
+        <translation>Date of birth</translation>
+    </message>
+    <message>
+        <location line="-121"/>
+        <location line="+125"/>
+        <source>Гражданство</source>
+        <translation>Citizenship</translation>
+    </message>
+    <message>
+        <location line="-124"/>
+        <source>Документ</source>
+        <translation>Document</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Вид</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <location line="+123"/>
+        <source>Серия</source>
+        <translation>Series</translation>
+    </message>
+    <message>
+        <location line="-122"/>
+        <location line="+123"/>
+        <source>Номер</source>
+        <translation>Number</translation>
+    </message>
+    <message>
+        <location line="-122"/>
+        <location line="+123"/>
+        <source>СНИЛС</source>
+        <translation>SNILS</translation>
+    </message>
+    <message>
+        <location line="-122"/>
+        <location line="+123"/>
+        <source>ИНН</source>
+        <translation>INN</translation>
+    </message>
+    <message>
+        <location line="-83"/>
+        <source>Не задано</source>
+        <translation>Not set</translation>
+    </message>
+    <message>
+        <location line="+19"/>
+        <source>Укажите фамилию сотрудника</source>
+        <translation>Enter the employee&apos;s surname</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>ИНН сотрудника: 12 цифр с верными контрольными цифрами</source>
+        <translation>An employee&apos;s INN: 12 digits with correct check digits</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>СНИЛС неполон или с неверной контрольной суммой</source>
+        <translation>The SNILS is incomplete or its check sum is wrong</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <source>Вид документа</source>
+        <translation>Document type</translation>
     </message>
 </context>
 <context>
@@ -2369,6 +2926,54 @@
         <location line="+109"/>
         <source>Параметры сохранены</source>
         <translation>Data saved</translation>
+    </message>
+</context>
+<context>
+    <name>OrganisationActions</name>
+    <message>
+        <location filename="../app/organisationactions.cpp" line="+28"/>
+        <source>Новый сотрудник…</source>
+        <translation>New employee…</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Новое подразделение…</source>
+        <translation>New department…</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Новая организация…</source>
+        <translation>New firm…</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Перевести…</source>
+        <translation>Transfer…</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Уволить…</source>
+        <translation>Dismiss…</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Удалить…</source>
+        <translation>Delete…</translation>
+    </message>
+    <message>
+        <location line="+58"/>
+        <source>Выберите сотрудников или подразделения (не вместе)</source>
+        <translation>Select employees or departments (not both)</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Выберите работающих сотрудников</source>
+        <translation>Select employees in service</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Выберите сотрудников, подразделения или организации</source>
+        <translation>Select employees, departments or firms</translation>
     </message>
 </context>
 <context>
@@ -2437,7 +3042,7 @@
 <context>
     <name>QObject</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="+118"/>
+        <location filename="../app/studiostartup.cpp" line="+124"/>
         <source>Не удалось записать файл %1: %2</source>
         <translation>Could not write file %1: %2</translation>
     </message>
@@ -2540,12 +3145,12 @@
 <context>
     <name>StudioStartup</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="-84"/>
+        <location filename="../app/studiostartup.cpp" line="-90"/>
         <source>Не удалось создать папку %1</source>
         <translation>Could not create folder %1</translation>
     </message>
     <message>
-        <location line="+51"/>
+        <location line="+57"/>
         <source>Считыватель смарт-карт</source>
         <translation>Smart card reader</translation>
     </message>

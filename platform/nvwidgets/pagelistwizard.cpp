@@ -16,12 +16,11 @@ PageListWizard::PageListWizard(QWidget *parent)
     connect(this, &QWizard::pageRemoved, this, &PageListWizard::refreshPageList);
 }
 
-// QWizard adopts its side widget only when it first lays itself out, so a
-// wizard dropped before it was ever shown (a selection it refused, say)
-// still leaves the list without a parent.
+// QWizard adopts the side widget only when it first lays itself out: a
+// wizard that was never shown still owns a parentless list.
 PageListWizard::~PageListWizard()
 {
-    if (!m_pageList->parent())
+    if (!m_pageList->parentWidget())
         delete m_pageList;
 }
 

@@ -12,7 +12,7 @@ ChangeSummaryWizardPage::ChangeSummaryWizardPage(QWidget *parent)
 {
     setObjectName(QStringLiteral("ChangeSummaryWizardPage"));
     setTitle(tr("Проверка изменений"));
-    setSubTitle(tr("Ничего еще не изменено. Проверьте, что будет сделано, и нажмите «Далее»."));
+    setSubTitle(tr("Ничего еще не изменено. Проверьте, что будет сделано: изменения начнутся на следующей странице."));
     m_header->setObjectName(QStringLiteral("lbSummary"));
     m_view->setObjectName(QStringLiteral("twChanges"));
     m_view->setColumnCount(3);

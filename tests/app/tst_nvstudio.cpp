@@ -3,6 +3,7 @@
 #include "absencepage.h"
 #include "cardreadersmenu.h"
 #include "cardspage.h"
+#include "organisationactions.h"
 #include "propertyframe.h"
 #include "sampleorganisation.h"
 #include "schedulepage.h"
@@ -15,6 +16,7 @@
 #include <localstorage.h>
 #include <nvglobals.h>
 #include <runjournal.h>
+#include <objecttreemodel.h>
 #include <objecttypes.h>
 #include <taskexecutor.h>
 #include <cardtemplateswidget.h>
@@ -23,12 +25,14 @@
 #include <employeecardsview.h>
 #include <simulatedbackend.h>
 #include <updateobjectwizard.h>
+#include <dismissalwizard.h>
 #include <workerabsencereasonmodel.h>
 #include <workerabsencereasonproxy.h>
 #include <workerschedulemodel.h>
 #include <workerpropertyview.h>
 
 #include <QAction>
+#include <QWizard>
 #include <QComboBox>
 #include <QTableWidget>
 #include <QLabel>
@@ -38,6 +42,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QStackedWidget>
 #include <QTreeView>
 #include <QtTest>
 
@@ -56,6 +61,10 @@ private Q_SLOTS:
     void unsavedEditsAskBeforeSwitching_data();
     void unsavedEditsAskBeforeSwitching();
     void screenshotIsWritten();
+    void selectionPicksViewAndActions_data();
+    void selectionPicksViewAndActions();
+    void createdDepartmentIsSelected();
+    void dismissedEmployeeTurnsReadOnly();
     void bulkUpdateWritesTheSelection();
     void failedBulkRunSaysWhy();
     void bulkRunBesideASaveKeepsTheFrameWaiting();
@@ -605,6 +614,136 @@ void TestNvStudio::commandLineWithoutDisplay()
     QCOMPARE(nvstudio.exitCode(), exitCode);
     const QString all = QString::fromUtf8(nvstudio.readAllStandardOutput() + nvstudio.readAllStandardError());
     QVERIFY2(all.contains(output), qPrintable(all));
+}
+
+namespace {
+
+// The first object of a type in the sample, and one of its employees.
+nivaro::TYPE_ID firstOf(const QString &type, bool dismissed = false)
+{
+    LocalStorage *store = LocalStorage::instance();
+    if (type == nivaro::OT_WORKER) {
+        const auto *people = store->constObjects(dismissed ? nivaro::SUBJECT_FIRED_DATANAME : nivaro::SUBJECT_DATANAME);
+        return people->isEmpty() ? 0 : people->cbegin().key();
+    }
+    nivaro::TYPE_ID found = 0;
+    for (const nivaro::ObjectInfo &unit : *store->constObjects(nivaro::ORGSTRUCTURE_DATANAME)) {
+        if (unit.typeName() == type && (!found || unit.uid() < found))
+            found = unit.uid();
+    }
+    return found;
+}
+
+} // namespace
+
+void TestNvStudio::selectionPicksViewAndActions_data()
+{
+    QTest::addColumn<QStringList>("selected"); // types; "fired" is a dismissed employee
+    QTest::addColumn<QString>("frame");        // object name of what the right side shows
+    QTest::addColumn<QString>("enabled");      // t(ransfer) d(ismiss) x (delete)
+    QTest::newRow("nothing") << QStringList{} << QStringLiteral("placeholder") << QString();
+    QTest::newRow("employee") << QStringList{nivaro::OT_WORKER} << QStringLiteral("employeeTabs") << QStringLiteral("tdx");
+    QTest::newRow("dismissed employee") << QStringList{QStringLiteral("fired")} << QStringLiteral("employeeTabs")
+                                        << QStringLiteral("tx");
+    QTest::newRow("department") << QStringList{nivaro::OT_DEPARTMENT} << QStringLiteral("departmentFrame")
+                                << QStringLiteral("tx");
+    QTest::newRow("firm") << QStringList{nivaro::OT_FIRM} << QStringLiteral("firmFrame") << QStringLiteral("x");
+    QTest::newRow("firm and department") << QStringList{nivaro::OT_FIRM, nivaro::OT_DEPARTMENT}
+                                         << QStringLiteral("placeholder") << QStringLiteral("x");
+    QTest::newRow("employee and department") << QStringList{nivaro::OT_WORKER, nivaro::OT_DEPARTMENT}
+                                             << QStringLiteral("employeeTabs") << QStringLiteral("x");
+    QTest::newRow("root") << QStringList{nivaro::OT_SUBJECT_ROOT} << QStringLiteral("placeholder") << QString();
+}
+
+void TestNvStudio::selectionPicksViewAndActions()
+{
+    QFETCH(QStringList, selected);
+    QFETCH(QString, frame);
+    QFETCH(QString, enabled);
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 30, &error), qPrintable(error));
+    MainWindow window(LocalStorage::instance());
+    window.show();
+    QList<nivaro::TYPE_ID> uids;
+    for (const QString &type : selected) {
+        const nivaro::TYPE_ID uid = type == QLatin1String("fired") ? firstOf(nivaro::OT_WORKER, true)
+                                    : type == nivaro::OT_SUBJECT_ROOT ? nivaro::SUBJECT_ROOT_UID
+                                                                      : firstOf(type);
+        QVERIFY2(uid, qPrintable(type));
+        uids << uid;
+    }
+    // Whatever was shown before must not matter.
+    window.selectUids({firstOf(nivaro::OT_DEPARTMENT)});
+    window.selectUids(uids);
+    const QHash<QString, PropertyFrame *> frames{{QStringLiteral("placeholder"), nullptr},
+                                                 {QStringLiteral("employeeTabs"), window.frame()},
+                                                 {QStringLiteral("departmentFrame"), window.departmentFrame()},
+                                                 {QStringLiteral("firmFrame"), window.firmFrame()}};
+    QCOMPARE(window.currentFrame(), frames.value(frame));
+    OrganisationActions *actions = window.organisationActions();
+    QVERIFY(actions->newWorkerAction()->isEnabled() && actions->newFirmAction()->isEnabled());
+    QCOMPARE(actions->transferAction()->isEnabled(), enabled.contains(QLatin1Char('t')));
+    QCOMPARE(actions->dismissAction()->isEnabled(), enabled.contains(QLatin1Char('d')));
+    QCOMPARE(actions->deleteAction()->isEnabled(), enabled.contains(QLatin1Char('x')));
+    // A disabled action says why.
+    for (QAction *action : actions->actions())
+        QVERIFY(action->isEnabled() || !action->toolTip().isEmpty());
+}
+
+void TestNvStudio::createdDepartmentIsSelected()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 10, &error), qPrintable(error));
+    MainWindow window(LocalStorage::instance());
+    window.show();
+    const nivaro::TYPE_ID firm = firstOf(nivaro::OT_FIRM);
+    window.selectUids({firm});
+    window.organisationActions()->newDepartmentAction()->trigger();
+    QWizard *wizard = window.organisationActions()->lastWizard();
+    QVERIFY(wizard);
+    auto *name = wizard->findChild<QLineEdit *>(QStringLiteral("leName"));
+    QVERIFY(name);
+    name->insert(QStringLiteral("Новый отдел"));
+    // Through the summary, whose button starts the run.
+    while (wizard->nextId() != -1) {
+        QVERIFY2(wizard->currentPage()->isComplete(), qPrintable(wizard->currentPage()->objectName()));
+        wizard->next();
+    }
+    QTRY_VERIFY(wizard->button(QWizard::FinishButton)->isEnabled());
+    const QModelIndexList rows = window.tree()->selectionModel()->selectedRows();
+    QCOMPARE(rows.size(), 1);
+    const nivaro::ObjectInfo created = LocalStorage::instance()->object(rows.first().data(nivaro::ObjectTreeModel::UidRole).toUInt());
+    QCOMPARE(created.parameter(db::orgstructure::NAME), QStringLiteral("Новый отдел"));
+    QCOMPARE(created.parent(), firm);
+    QCOMPARE(window.departmentFrame()->isVisible(), true);
+    wizard->close();
+}
+
+void TestNvStudio::dismissedEmployeeTurnsReadOnly()
+{
+    QString error;
+    QVERIFY2(StudioStartup::openStore(LocalStorage::instance(), storePath(), 10, &error), qPrintable(error));
+    MainWindow window(LocalStorage::instance());
+    window.show();
+    const nivaro::TYPE_ID uid = firstOf(nivaro::OT_WORKER);
+    window.selectUids({uid});
+    auto *surname = window.workerView()->findChild<QLineEdit *>(QStringLiteral("leSurname"));
+    QVERIFY(surname->isEnabled() && !surname->isReadOnly());
+    window.organisationActions()->dismissAction()->trigger();
+    auto *wizard = qobject_cast<DismissalWizard *>(window.organisationActions()->lastWizard());
+    QVERIFY(wizard);
+    QCOMPARE(wizard->uids(), QList<nivaro::TYPE_ID>{uid});
+    wizard->setReason(QStringLiteral("по соглашению сторон"));
+    while (wizard->nextId() != -1) {
+        QVERIFY2(wizard->currentPage()->isComplete(), qPrintable(wizard->currentPage()->objectName()));
+        wizard->next();
+    }
+    QTRY_VERIFY(LocalStorage::instance()->constObject(uid, nivaro::SUBJECT_FIRED_DATANAME));
+    // The same selection, now of someone dismissed: nothing to edit, and
+    // nobody to dismiss again.
+    QTRY_VERIFY(!surname->isEnabled() || surname->isReadOnly());
+    QVERIFY(!window.organisationActions()->dismissAction()->isEnabled());
+    wizard->close();
 }
 
 QTEST_MAIN(TestNvStudio)

@@ -13,6 +13,7 @@
 #include <cardlayout.h>
 #include <nvsmartcardtypes.h>
 #include <pcscbackend.h>
+#include <readerbackend.h>
 
 #include <QtTest>
 
@@ -187,6 +188,10 @@ void TestUSBCardReaderManagerPcsc::initTestCase()
     if (readers.isEmpty())
         QFAIL("pcscd lists no reader: run this test under scripts/pcsc-rig");
     m_reader = readers.first();
+    // A host that is not told which backend to use takes these readers.
+    const std::shared_ptr<nvsmartcard::ReaderBackend> probed = nvsmartcard::probePcscBackend();
+    QVERIFY(probed);
+    QCOMPARE(probed->backendName(), QStringLiteral("pcsc"));
     // vpcd offers two slots; the emulator plugs into the first one's port.
     QVERIFY2(m_reader.id == QStringLiteral("Virtual PCD 00 00"),
              qPrintable(QStringLiteral("the first reader is %1, not the rig's virtual one").arg(m_reader.id)));

@@ -11,6 +11,7 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTextBrowser>
@@ -55,6 +56,14 @@ struct Harness
     QList<TaskInfo> sent;
     int finished = 0;
 };
+
+// The parameters page as an operator leaves it: a surname is all it needs.
+NewWorkerWizardParametersPage *agreeingParametersPage()
+{
+    auto *page = new NewWorkerWizardParametersPage;
+    page->findChild<QLineEdit *>(QStringLiteral("leSurname"))->setText(QStringLiteral("Иванов"));
+    return page;
+}
 
 class RefusingParametersPage : public NewWorkerWizardParametersPage
 {
@@ -429,7 +438,7 @@ void TestProgressWizardPage::newWorkerPageNeedsItsParametersPage()
 
     QWizardPage *firstPage = first == 0 ? new QWizardPage
                              : first == 1 ? static_cast<QWizardPage *>(new RefusingParametersPage)
-                                          : new NewWorkerWizardParametersPage;
+                                          : agreeingParametersPage();
     auto *page = new NewWorkerProgressWizardPage;
     Harness h(page, firstPage);
     page->appendMessage(QStringLiteral("старое"));
@@ -455,7 +464,7 @@ void TestProgressWizardPage::replySlotsThroughTheExecutor()
 
     TaskExecutor executor(store);
     auto *page = new NewWorkerProgressWizardPage;
-    Harness h(page, new NewWorkerWizardParametersPage);
+    Harness h(page, agreeingParametersPage());
     connect(page, &BaseProgressWizardPage::executeTask, &executor, &TaskExecutor::execute);
     const QStringList replySlots{QStringLiteral("save"), QStringLiteral("saveParameters"), QStringLiteral("saveCards"),
                             QStringLiteral("saveAccess")};

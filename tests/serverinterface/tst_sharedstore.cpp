@@ -4,6 +4,7 @@
 #include <datanames.h>
 #include <dbparams.h>
 #include <localstorage.h>
+#include <objecttreemodel.h>
 #include <objecttypes.h>
 #include <taskexecutor.h>
 
@@ -83,6 +84,7 @@ private Q_SLOTS:
     void anotherProcessIsHeard();
     void twoClientsCreateAtOnce();
     void oneNumberOneCard();
+    void dismissalReachesTheOtherClient();
 
 private:
     QString path() const { return m_dir->filePath(QStringLiteral("shared.db")); }
@@ -361,6 +363,34 @@ void TestSharedStore::oneNumberOneCard()
     LocalStorage reader;
     QVERIFY(reader.open(path()));
     QCOMPARE(reader.cardIds(100, false).size(), 1);
+}
+
+// One operator dismisses an employee the other one shows: the other
+// client moves it to the dismissed too, in its indexes and its tree, and
+// a second dismissal from it is refused.
+void TestSharedStore::dismissalReachesTheOtherClient()
+{
+    TaskExecutor executorA(a.data());
+    TaskExecutor executorB(b.data());
+    TaskInfo dismiss = saveTask(100, {});
+    dismiss.command = QStringLiteral("dismiss_object");
+    dismiss.params.insert(QStringLiteral("date"), QStringLiteral("2026-11-23"));
+    QVERIFY(run(&executorB, dismiss));
+
+    QSignalSpy removedA(a.data(), &LocalStorage::dataRemoved);
+    QSignalSpy changedA(a.data(), &LocalStorage::dataChanged);
+    a->checkForChanges();
+    QCOMPARE(changedUids(removedA, SUBJECT_DATANAME), QList<unsigned int>{100});
+    QCOMPARE(changedUids(changedA, SUBJECT_FIRED_DATANAME), QList<unsigned int>{100});
+    QVERIFY(a->constObject(100, SUBJECT_FIRED_DATANAME));
+    QSet<TYPE_ID> found;
+    a->index(SUBJECT_FIRED_SURNAME_INDEX)->contains(QStringLiteral("иван"), found);
+    QVERIFY(found.contains(100));
+    ObjectTreeModel *tree = a->model(ORGSTRUCTURE_DATANAME);
+    QCOMPARE(tree->data(tree->indexOf(100), ObjectTreeModel::StateRole).toString(), QStringLiteral("d"));
+
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^executor: task failed .*already dismissed")));
+    QVERIFY(!run(&executorA, dismiss));
 }
 
 int main(int argc, char *argv[])

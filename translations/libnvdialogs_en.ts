@@ -421,9 +421,9 @@
         <translation>%1: this wizard deletes only employees, departments and companies</translation>
     </message>
     <message>
-        <location line="+23"/>
-        <source>%1 не будет удален: в нем остаются сотрудники или подразделения, не выбранные для удаления</source>
-        <translation>%1 will not be deleted: it still holds employees or departments not chosen for deletion</translation>
+        <location line="+25"/>
+        <source>«%1»: внутри остаются сотрудники или подразделения, не выбранные для удаления</source>
+        <translation>“%1”: it still holds employees or departments not chosen for deletion</translation>
     </message>
     <message>
         <location line="+9"/>

@@ -80,7 +80,9 @@ void DeleteObjectWizard::setUids(const QList<TYPE_ID> &uids)
         for (int row = 0; node.isValid() && row < tree->rowCount(node) && empty; ++row)
             empty = going.contains(tree->uid(tree->index(row, 0, node)));
         if (!empty) {
-            refused.append(tr("%1 не будет удален: в нем остаются сотрудники или подразделения, не выбранные для удаления")
+            // Under the heading that says they stay, so no word has to agree
+            // with the object's gender.
+            refused.append(tr("«%1»: внутри остаются сотрудники или подразделения, не выбранные для удаления")
                                .arg(NVGlobals::objectName(*object)));
             continue;
         }

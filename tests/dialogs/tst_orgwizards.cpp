@@ -287,15 +287,15 @@ void TestOrgWizards::deleteRunsIntoTheStore_data()
     QTest::newRow("an employee") << Uids{104} << Uids{104} << QString();
     QTest::newRow("a department with its people") << Uids{22, 104} << Uids{104, 22} << QString();
     // 21 keeps 22 and its member, so it stays; 103 still goes.
-    QTest::newRow("a department with someone left") << Uids{21, 103} << Uids{103} << QStringLiteral("Цех не будет удален");
+    QTest::newRow("a department with someone left") << Uids{21, 103} << Uids{103} << QStringLiteral("«Цех»: внутри остаются");
     QTest::newRow("only a department that is not empty") << Uids{20} << Uids{} << QStringLiteral("Нечего удалять");
     QTest::newRow("the whole firm") << Uids{10, 20, 21, 22, 101, 102, 103, 104, 105}
                                     << Uids{104, 22, 101, 102, 103, 105, 20, 21, 10} << QString();
     // A dismissed employee still belongs to the department.
     QTest::newRow("a department keeping a dismissed one") << Uids{20, 101, 102} << Uids{101, 102}
-                                                          << QStringLiteral("Склад не будет удален");
+                                                          << QStringLiteral("«Склад»: внутри остаются");
     // One left out keeps whatever holds it too.
-    QTest::newRow("a chain held by one member") << Uids{10, 21, 22} << Uids{} << QStringLiteral("Фирма не будет удален");
+    QTest::newRow("a chain held by one member") << Uids{10, 21, 22} << Uids{} << QStringLiteral("«Фирма»: внутри остаются");
     QTest::newRow("the organisation itself") << Uids{SUBJECT_ROOT_UID, 104} << Uids{104}
                                              << QStringLiteral("удаляет только сотрудников");
 }

@@ -402,6 +402,11 @@
         <source>Список объектов</source>
         <translation>Objects</translation>
     </message>
+    <message>
+        <location line="+1"/>
+        <source>Объекты, с которыми будет работать мастер.</source>
+        <translation>The objects the wizard will work on.</translation>
+    </message>
 </context>
 <context>
     <name>DeleteObjectWizard</name>
@@ -560,6 +565,11 @@
         <location filename="../src/wizards/dismissalparameterswizardpage.cpp" line="+16"/>
         <source>Параметры увольнения</source>
         <translation>Dismissal details</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Дата и причина увольнения сохраняются у каждого сотрудника.</source>
+        <translation>The date and reason of dismissal are kept with each employee.</translation>
     </message>
     <message>
         <location line="+6"/>
@@ -2351,6 +2361,11 @@
         <translation>Department</translation>
     </message>
     <message>
+        <location line="+1"/>
+        <source>Название и место в структуре обязательны, номер можно задать позже.</source>
+        <translation>The name and the place in the structure are required; the number can be set later.</translation>
+    </message>
+    <message>
         <location line="+2"/>
         <source>Выбор вышестоящего подразделения</source>
         <translation>Choose the parent department</translation>
@@ -2423,6 +2438,11 @@
         <location filename="../src/wizards/newfirmparameterspage.cpp" line="+22"/>
         <source>Организация</source>
         <translation>Firm</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Название обязательно, остальное можно заполнить позже.</source>
+        <translation>The name is required; the rest can be filled in later.</translation>
     </message>
     <message>
         <location line="+6"/>
@@ -2600,6 +2620,11 @@
         <location line="+9"/>
         <source>Место работы</source>
         <translation>Place of work</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Подразделение обязательно, табельный номер не должен повторяться.</source>
+        <translation>The department is required; the personnel number must not repeat.</translation>
     </message>
     <message>
         <location line="+2"/>

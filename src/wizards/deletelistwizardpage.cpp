@@ -18,6 +18,7 @@ DeleteListWizardPage::DeleteListWizardPage(QWidget *parent)
     , m_proxy(new nivaro::ObjectTreeProxy(this))
 {
     setTitle(tr("Список объектов"));
+    setSubTitle(tr("Объекты, с которыми будет работать мастер."));
     m_proxy->setSourceModel(nivaro::LocalStorage::instance()->model(nivaro::ORGSTRUCTURE_DATANAME));
     m_proxy->setFilterUids({});
     m_view->setObjectName(QStringLiteral("objectList"));

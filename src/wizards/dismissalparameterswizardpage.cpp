@@ -14,6 +14,7 @@ DismissalParametersWizardPage::DismissalParametersWizardPage(QWidget *parent)
     , m_hint(new QLabel(this))
 {
     setTitle(tr("Параметры увольнения"));
+    setSubTitle(tr("Дата и причина увольнения сохраняются у каждого сотрудника."));
     m_date->setObjectName(QStringLiteral("deDismissDate"));
     m_date->setCalendarPopup(true);
     m_date->setDisplayFormat(QStringLiteral("dd.MM.yyyy"));

@@ -40,6 +40,7 @@ NewDepartmentParametersPage::NewDepartmentParametersPage(QWidget *parent)
 {
     setObjectName(QStringLiteral("NewDepartmentParametersPage"));
     setTitle(tr("Подразделение"));
+    setSubTitle(tr("Название и место в структуре обязательны, номер можно задать позже."));
     chooseDepartment = [](QWidget *owner, TYPE_ID current) {
         return DepartmentSelectionDialog::getDepartment(owner, tr("Выбор вышестоящего подразделения"), current);
     };

@@ -20,6 +20,7 @@ NewFirmParametersPage::NewFirmParametersPage(QWidget *parent)
 {
     setObjectName(QStringLiteral("NewFirmParametersPage"));
     setTitle(tr("Организация"));
+    setSubTitle(tr("Название обязательно, остальное можно заполнить позже."));
     m_name->setObjectName(QStringLiteral("leName"));
     m_name->setMaxLength(200);
     m_fullName->setObjectName(QStringLiteral("leFullName"));

@@ -48,6 +48,7 @@ NewWorkerJobPage::NewWorkerJobPage(QWidget *parent)
 {
     setObjectName(QStringLiteral("NewWorkerJobPage"));
     setTitle(tr("Место работы"));
+    setSubTitle(tr("Подразделение обязательно, табельный номер не должен повторяться."));
     chooseDepartment = [](QWidget *owner, TYPE_ID current) {
         return DepartmentSelectionDialog::getDepartment(owner, tr("Выбор подразделения"), current);
     };

@@ -21,7 +21,8 @@ file(RELATIVE_PATH _nvd_pc_to_prefix
 string(REGEX REPLACE "/$" "" _nvd_pc_to_prefix "${_nvd_pc_to_prefix}")
 
 # pkg-config module names for a list of link items: our own targets by
-# their library name, Qt5::Widgets as Qt5Widgets.
+# their library name, Qt5::Widgets as Qt5Widgets, OpenSSL's as OpenSSL's
+# own modules.
 function(_nvd_pc_modules out)
     set(modules "")
     foreach(lib IN LISTS ARGN)
@@ -31,6 +32,8 @@ function(_nvd_pc_modules out)
                 list(APPEND modules ${real})
             elseif(lib MATCHES "^Qt5::(.+)$")
                 list(APPEND modules Qt5${CMAKE_MATCH_1})
+            elseif(lib STREQUAL "OpenSSL::Crypto")
+                list(APPEND modules libcrypto)
             else()
                 list(APPEND modules ${lib})
             endif()

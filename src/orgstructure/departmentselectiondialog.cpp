@@ -60,6 +60,8 @@ DepartmentSelectionDialog::DepartmentSelectionDialog(QWidget *parent)
     m_view->setModel(m_proxy);
     m_view->expandToDepth(1);
 
+    // In a large organisation the operator types part of the name first.
+    m_filter->setFocus();
     connect(m_filter, &QLineEdit::textChanged, this, [this](const QString &text) {
         m_proxy->setFilterText(text.trimmed());
         // A filtered tree is only useful with its matches in view.

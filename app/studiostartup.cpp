@@ -84,10 +84,16 @@ void StudioStartup::setUpCardReaders(const QString &storePath)
         qDebug() << "studio: card state not loaded, starting afresh" << state << simulated->errorString();
     }
     // The library's own readers have English names; the operator sees
-    // readers named in the client's language.
-    // Unplugged readers keep their slots, so each slot is unplugged once.
-    for (int slot = 0; simulated->readerCount() > 0 && slot < 1000; ++slot)
-        simulated->removeReader(slot);
+    // them named in the client's language.
+    for (int reader = 0; reader < simulated->readerCount(); ++reader) {
+        const QString type = simulated->readerDeviceType(reader);
+        if (type == db::devices::cardreader::SMARTCARD)
+            simulated->setReaderName(reader, QCoreApplication::translate("StudioStartup", "Считыватель смарт-карт"));
+        else if (type == db::devices::cardreader::HID)
+            simulated->setReaderName(reader, QCoreApplication::translate("StudioStartup", "Считыватель HID"));
+    }
+    if (simulated->readerCount() > 0)
+        return;
     simulated->addReader(QCoreApplication::translate("StudioStartup", "Считыватель смарт-карт"),
                          db::devices::cardreader::SMARTCARD);
     simulated->addReader(QCoreApplication::translate("StudioStartup", "Считыватель HID"), db::devices::cardreader::HID);

@@ -520,7 +520,7 @@
         <translation>Department name</translation>
     </message>
     <message>
-        <location line="+139"/>
+        <location line="+141"/>
         <source>Выберите подразделение</source>
         <translation>Choose a department</translation>
     </message>
@@ -3067,7 +3067,7 @@
 <context>
     <name>QObject</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="+124"/>
+        <location filename="../app/studiostartup.cpp" line="+130"/>
         <source>Не удалось записать файл %1: %2</source>
         <translation>Could not write file %1: %2</translation>
     </message>
@@ -3170,17 +3170,19 @@
 <context>
     <name>StudioStartup</name>
     <message>
-        <location filename="../app/studiostartup.cpp" line="-90"/>
+        <location filename="../app/studiostartup.cpp" line="-96"/>
         <source>Не удалось создать папку %1</source>
         <translation>Could not create folder %1</translation>
     </message>
     <message>
         <location line="+57"/>
+        <location line="+6"/>
         <source>Считыватель смарт-карт</source>
         <translation>Smart card reader</translation>
     </message>
     <message>
-        <location line="+2"/>
+        <location line="-4"/>
+        <location line="+6"/>
         <source>Считыватель HID</source>
         <translation>HID reader</translation>
     </message>

@@ -407,6 +407,20 @@ void SimulatedBackend::removeReader(int reader)
     }
 }
 
+void SimulatedBackend::setReaderName(int reader, const QString &name)
+{
+    QMutexLocker locker(&m_mutex);
+    if (Reader *r = readerAt(reader))
+        r->name = name;
+}
+
+QString SimulatedBackend::readerDeviceType(int reader) const
+{
+    QMutexLocker locker(&m_mutex);
+    const Reader *r = readerAt(reader);
+    return r ? r->deviceType : QString();
+}
+
 int SimulatedBackend::readerCount() const
 {
     QMutexLocker locker(&m_mutex);

@@ -52,6 +52,10 @@ public:
 
     int addReader(const QString &name, const QString &deviceType);
     void removeReader(int reader);
+    // What hosts show for the reader; its id and cards stay.
+    void setReaderName(int reader, const QString &name);
+    // SMARTCARD or HID, empty for no such reader.
+    QString readerDeviceType(int reader) const;
     int readerCount() const;
 
     void putCard(int reader, const VirtualCard &card);

@@ -65,6 +65,7 @@ private Q_SLOTS:
     void selectionPicksViewAndActions();
     void createdDepartmentIsSelected();
     void dismissedEmployeeTurnsReadOnly();
+    void firstRunReadersSpeakTheClientLanguage();
     void bulkUpdateWritesTheSelection();
     void failedBulkRunSaysWhy();
     void bulkRunBesideASaveKeepsTheFrameWaiting();
@@ -744,6 +745,26 @@ void TestNvStudio::dismissedEmployeeTurnsReadOnly()
     QTRY_VERIFY(!surname->isEnabled() || surname->isReadOnly());
     QVERIFY(!window.organisationActions()->dismissAction()->isEnabled());
     wizard->close();
+}
+
+void TestNvStudio::firstRunReadersSpeakTheClientLanguage()
+{
+    // As the library's shared instance comes: readers named in English.
+    auto backend = std::make_shared<nvsmartcard::SimulatedBackend>();
+    backend->addReader(QStringLiteral("Simulated Contactless Reader 0"), db::devices::cardreader::SMARTCARD);
+    backend->addReader(QStringLiteral("Simulated Keyboard Reader 1"), db::devices::cardreader::HID);
+    nvsmartcard::setDefaultBackend(backend);
+    StudioStartup::setUpCardReaders(storePath()); // no card state yet
+    QCOMPARE(backend->readerCount(), 2);
+    QStringList names;
+    for (const nvcm::ReaderInfo &reader : backend->listReaders())
+        names << backend->readerProperty(reader, nvcm::NAME);
+    QCOMPARE(names, (QStringList{QStringLiteral("Считыватель смарт-карт"), QStringLiteral("Считыватель HID")}));
+    // The readers menu still finds them where they were.
+    CardReadersMenu menu(backend, StudioStartup::cardStatePath(storePath()));
+    menu.putCard(0, 0);
+    QVERIFY(backend->cardOn(0).has_value());
+    nvsmartcard::setDefaultBackend(nullptr);
 }
 
 QTEST_MAIN(TestNvStudio)

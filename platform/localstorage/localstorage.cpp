@@ -456,6 +456,11 @@ public:
         TYPE_ID card = 0;
         return m_file.cardWithNumber(number, &card, &failure) ? card : 0;
     }
+    bool hasMembers(TYPE_ID uid) const override
+    {
+        bool members = false;
+        return m_file.hasMembers(uid, &members, &failure) && members;
+    }
     mutable QString failure;
 
 private:
@@ -476,6 +481,16 @@ public:
     {
         const QList<TYPE_ID> cards = m_cardsByNumber.values(StoreFile::cardNumberKey(number));
         return cards.isEmpty() ? 0 : *std::min_element(cards.cbegin(), cards.cend());
+    }
+    bool hasMembers(TYPE_ID uid) const override
+    {
+        for (const QString &dataname : {ORGSTRUCTURE_DATANAME, SUBJECT_DATANAME, SUBJECT_FIRED_DATANAME}) {
+            const NVHash<TYPE_ID, ObjectInfo> *objects = m_store->constObjects(dataname);
+            if (objects && std::any_of(objects->cbegin(), objects->cend(),
+                                       [uid](const ObjectInfo &object) { return object.parent() == uid; }))
+                return true;
+        }
+        return false;
     }
 
 private:
@@ -911,9 +926,19 @@ bool LocalStorage::setParent(TYPE_ID uid, TYPE_ID parent, QString *error)
     return saveChanges(uid, {}, {}, parent, error);
 }
 
-bool LocalStorage::removeObjects(const QList<TYPE_ID> &uids, QString *error)
+bool LocalStorage::removeObjects(const QList<TYPE_ID> &uids, QString *error, const WriteCondition &condition)
 {
+    if (condition && !d->file.isOpen()) {
+        const QString why = condition(CacheRecords(this, d->cardsByNumber));
+        if (!why.isEmpty()) {
+            if (error)
+                *error = why;
+            return false;
+        }
+    }
     StoreFile::Batch batch;
+    if (condition && d->file.isOpen())
+        batch.check(fileCheck(condition));
     for (TYPE_ID uid : uids)
         batch.removeObject(uid);
     if (!d->file.write(batch, error))

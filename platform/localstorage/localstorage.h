@@ -47,6 +47,9 @@ public:
     virtual ObjectInfo object(TYPE_ID uid) const = 0;
     // A card that carries this number (leading zeros aside); 0 when none does.
     virtual TYPE_ID cardWithNumber(const QString &number) const = 0;
+    // Whether a firm, department or employee (in service or dismissed)
+    // has this object as its parent.
+    virtual bool hasMembers(TYPE_ID uid) const = 0;
 };
 
 /**
@@ -165,7 +168,8 @@ public:
     bool updateParameters(TYPE_ID uid, const QHash<QString, QString> &parameters, QString *error = nullptr);
     bool setParent(TYPE_ID uid, TYPE_ID parent, QString *error = nullptr);
     // Removes the objects with their blobs and calendars.
-    bool removeObjects(const QList<TYPE_ID> &uids, QString *error = nullptr);
+    bool removeObjects(const QList<TYPE_ID> &uids, QString *error = nullptr,
+                       const WriteCondition &condition = WriteCondition());
     // An empty value removes the blob.
     bool setBlob(TYPE_ID uid, const QString &key, const QByteArray &bytes, QString *error = nullptr);
     bool setDbSettings(const ObjectInfo &settings, QString *error = nullptr);

@@ -76,6 +76,20 @@ const char *const CardNumberSchema[] = {
     "DELETE FROM card_numbers",
 };
 
+// What version 5 added: each firm's, department's and employee's parent,
+// so that a delete can ask inside its own write whether anyone still hangs
+// from a department without reading the whole organisation.
+const char *const ParentSchema[] = {
+    "CREATE TABLE IF NOT EXISTS object_parents(uid INTEGER PRIMARY KEY, parent INTEGER NOT NULL)",
+    "CREATE INDEX IF NOT EXISTS object_parents_by_parent ON object_parents(parent)",
+    "DELETE FROM object_parents",
+};
+
+bool holdsPlace(const QString &dataname)
+{
+    return dataname == ORGSTRUCTURE_DATANAME || dataname == SUBJECT_DATANAME || dataname == SUBJECT_FIRED_DATANAME;
+}
+
 // access() asks about the real user; the effective one is who writes.
 bool canWrite(const QString &path)
 {
@@ -366,6 +380,7 @@ bool StoreFile::createSchema(QString *error)
             return runAll(Schema, std::size(Schema), error) && runAll(LogSchema, std::size(LogSchema), error)
                 && runAll(TemplateSchema, std::size(TemplateSchema), error)
                 && runAll(CardNumberSchema, std::size(CardNumberSchema), error)
+                && runAll(ParentSchema, std::size(ParentSchema), error)
                 && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("application"), Application}, error)
                 && run(QStringLiteral("INSERT INTO meta(key, value) VALUES (?, ?)"), {QStringLiteral("version"), FormatVersion}, error);
         },
@@ -376,8 +391,8 @@ bool StoreFile::createSchema(QString *error)
 }
 
 // A version 1 file gains the change log, a version 2 file the templates, a
-// version 3 file the card numbers; all or nothing, so an older client's
-// file is never left half converted.
+// version 3 file the card numbers, a version 4 file the parents; all or
+// nothing, so an older client's file is never left half converted.
 bool StoreFile::migrate(QString *error)
 {
     if (m_version >= FormatVersion)
@@ -386,7 +401,9 @@ bool StoreFile::migrate(QString *error)
         [&] {
             return (m_version >= 2 || runAll(LogSchema, std::size(LogSchema), error))
                 && (m_version >= 3 || runAll(TemplateSchema, std::size(TemplateSchema), error))
-                && runAll(CardNumberSchema, std::size(CardNumberSchema), error) && indexCardNumbers(error)
+                && (m_version >= 4
+                    || (runAll(CardNumberSchema, std::size(CardNumberSchema), error) && indexCardNumbers(error)))
+                && runAll(ParentSchema, std::size(ParentSchema), error) && indexParents(error)
                 && run(QStringLiteral("UPDATE meta SET value = ? WHERE key = 'version'"), {FormatVersion}, error);
         },
         error);
@@ -418,6 +435,56 @@ bool StoreFile::indexCardNumbers(QString *error)
             return false;
     }
     return true;
+}
+
+bool StoreFile::indexParents(QString *error)
+{
+    QList<QPair<QString, ObjectInfo>> placed;
+    StringPool pool;
+    const bool read = select(QStringLiteral("SELECT dataname, body FROM objects WHERE dataname IN (?, ?, ?)"),
+                             {ORGSTRUCTURE_DATANAME, SUBJECT_DATANAME, SUBJECT_FIRED_DATANAME},
+                             [&](const QSqlQuery &q) {
+                                 ObjectInfo object;
+                                 QString why;
+                                 // A record that no longer decodes is reported when the store loads.
+                                 if (StoreRecordCodec::decodeObject(q.value(1).toByteArray(), &pool, &object, &why))
+                                     placed.append({q.value(0).toString(), object});
+                                 return true;
+                             },
+                             error);
+    if (!read)
+        return false;
+    for (const auto &object : qAsConst(placed)) {
+        if (!indexPlace(object.first, object.second, error))
+            return false;
+    }
+    return true;
+}
+
+// Keeps an object's row of object_parents as the object now is; one
+// statement either way, since bulk writes of a whole organisation pass here.
+bool StoreFile::indexPlace(const QString &dataname, const ObjectInfo &object, QString *error)
+{
+    if (holdsPlace(dataname) && object.parent() != 0)
+        return run(QStringLiteral("INSERT OR REPLACE INTO object_parents(uid, parent) VALUES (?, ?)"),
+                   {object.uid(), object.parent()}, error);
+    return run(QStringLiteral("DELETE FROM object_parents WHERE uid = ?"), {object.uid()}, error);
+}
+
+bool StoreFile::indexObject(const QString &dataname, const ObjectInfo &object, QString *error)
+{
+    return (dataname != CARD_DATANAME || indexCard(dataname, object, error)) && indexPlace(dataname, object, error);
+}
+
+bool StoreFile::hasMembers(TYPE_ID parent, bool *members, QString *error)
+{
+    *members = false;
+    return select(QStringLiteral("SELECT 1 FROM object_parents WHERE parent = ? LIMIT 1"), {parent},
+                  [&](const QSqlQuery &) {
+                      *members = true;
+                      return true;
+                  },
+                  error);
 }
 
 // Keeps a card's row of card_numbers as the card now is.
@@ -804,7 +871,7 @@ void StoreFile::Batch::putObject(const QString &dataname, const ObjectInfo &obje
         f.note(ObjectItem, object.uid());
         return f.run(QStringLiteral("INSERT OR REPLACE INTO objects(uid, dataname, body) VALUES (?, ?, ?)"),
                      {object.uid(), dataname, object.serialize()}, &f.m_failure)
-            && (dataname != CARD_DATANAME || f.indexCard(dataname, object, &f.m_failure));
+            && f.indexObject(dataname, object, &f.m_failure);
     });
 }
 
@@ -835,7 +902,7 @@ void StoreFile::Batch::createObject(const QString &dataname, const ObjectInfo &o
                    {created.uid(), dataname, created.serialize()}, &f.m_failure)
             || !f.run(QStringLiteral("INSERT OR REPLACE INTO meta(key, value) VALUES ('next_uid', ?)"), {next + 1},
                       &f.m_failure)
-            || (dataname == CARD_DATANAME && !f.indexCard(dataname, created, &f.m_failure)))
+            || !f.indexObject(dataname, created, &f.m_failure))
             return false;
         for (auto it = blobs.cbegin(); it != blobs.cend(); ++it) {
             if (it.value().isEmpty())
@@ -878,7 +945,7 @@ void StoreFile::Batch::mergeObject(TYPE_ID uid, const Merge &merge)
         f.note(ObjectItem, uid);
         return f.run(QStringLiteral("INSERT OR REPLACE INTO objects(uid, dataname, body) VALUES (?, ?, ?)"),
                      {uid, dataname, record.serialize()}, &f.m_failure)
-            && (dataname != CARD_DATANAME || f.indexCard(dataname, record, &f.m_failure));
+            && f.indexObject(dataname, record, &f.m_failure);
     });
 }
 
@@ -890,7 +957,7 @@ void StoreFile::Batch::removeObject(TYPE_ID uid)
         f.note(CalendarItem, uid);
         f.note(TemplatesItem, uid);
         for (const char *sql : {"DELETE FROM objects WHERE uid = ?", "DELETE FROM blobs WHERE uid = ?",
-                                "DELETE FROM card_numbers WHERE uid = ?",
+                                "DELETE FROM card_numbers WHERE uid = ?", "DELETE FROM object_parents WHERE uid = ?",
                                 "DELETE FROM personal_schedules WHERE worker = ?",
                                 "DELETE FROM schedule_history WHERE worker = ?", "DELETE FROM absences WHERE worker = ?",
                                 "DELETE FROM templates WHERE worker = ?"}) {

@@ -106,7 +106,7 @@ public:
         QList<std::function<bool(StoreFile &)>> m_steps;
     };
 
-    static constexpr int FormatVersion = 4;
+    static constexpr int FormatVersion = 5;
     static const QString Application;
 
     StoreFile();
@@ -132,6 +132,8 @@ public:
     // false when there is none), and a card that carries a number.
     bool readObject(TYPE_ID uid, ObjectInfo *object, bool *found, QString *error);
     bool cardWithNumber(const QString &number, TYPE_ID *card, QString *error);
+    // Whether a firm, department or employee hangs from parent.
+    bool hasMembers(TYPE_ID parent, bool *members, QString *error);
     // The form under which card numbers are compared: "0077" and "77" are
     // one number to a reader.
     static QString cardNumberKey(const QString &number);
@@ -154,6 +156,10 @@ private:
     bool migrate(QString *error);
     bool indexCardNumbers(QString *error);
     bool indexCard(const QString &dataname, const ObjectInfo &object, QString *error);
+    bool indexParents(QString *error);
+    bool indexPlace(const QString &dataname, const ObjectInfo &object, QString *error);
+    // Both of the above: the rows beside a record, as the record now is.
+    bool indexObject(const QString &dataname, const ObjectInfo &object, QString *error);
     bool load(Contents *contents, QString *error);
     bool loadAll(Contents *contents, QString *error);
     // A null id loads every row of the table.

@@ -5,7 +5,6 @@
 #include <localstorage.h>
 #include <nvglobals.h>
 #include <objectinfo.h>
-#include <objecttreemodel.h>
 #include <objecttypes.h>
 
 #include <QDate>
@@ -340,16 +339,20 @@ public:
         if (!object)
             return notFound(task.uid);
         // The server never orphans people: a department goes only once it
-        // is empty, so a wizard deletes the members first.
-        if (ObjectTreeModel *tree = storage->model(ORGSTRUCTURE_DATANAME)) {
-            const QModelIndex node = tree->indexOf(task.uid);
-            if (node.isValid() && tree->rowCount(node) > 0)
-                return failure(TaskExecutor::tr("Подразделение %1 не пусто: сначала удалите или переведите сотрудников").arg(task.uid),
-                               QStringLiteral("object %1 is not empty").arg(task.uid));
-        }
+        // is empty, so a wizard deletes the members first. Asked inside the
+        // delete's own write, so a member another client adds meanwhile is
+        // never left hanging from nothing.
+        const TYPE_ID uid = task.uid;
+        QString debug;
+        const auto empty = [uid, &debug](const StoredRecords &stored) {
+            if (!stored.hasMembers(uid))
+                return QString();
+            debug = QStringLiteral("object %1 is not empty").arg(uid);
+            return TaskExecutor::tr("Подразделение %1 не пусто: сначала удалите или переведите сотрудников").arg(uid);
+        };
         QString error;
-        if (!storage->removeObjects({task.uid}, &error))
-            return storeFailure(error);
+        if (!storage->removeObjects({uid}, &error, empty))
+            return writeFailure(error, debug);
         return Outcome{task.uid, QString(), QString()};
     }
 

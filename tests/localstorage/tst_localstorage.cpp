@@ -493,12 +493,10 @@ void TestLocalStorage::versionOneFile_data()
     QTest::addColumn<bool>("readOnly");
     QTest::addColumn<int>("versionBefore");
     QTest::addColumn<int>("versionAfter");
-    QTest::newRow("version 1 writable: migrated") << false << 1 << 4;
-    QTest::newRow("version 1 read only: left alone") << true << 1 << 1;
-    QTest::newRow("version 2 writable: migrated") << false << 2 << 4;
-    QTest::newRow("version 2 read only: left alone") << true << 2 << 2;
-    QTest::newRow("version 3 writable: migrated") << false << 3 << 4;
-    QTest::newRow("version 3 read only: left alone") << true << 3 << 3;
+    for (int version = 1; version <= 4; ++version) {
+        QTest::addRow("version %d writable: migrated", version) << false << version << 5;
+        QTest::addRow("version %d read only: left alone", version) << true << version << version;
+    }
 }
 
 void TestLocalStorage::versionOneFile()
@@ -508,13 +506,20 @@ void TestLocalStorage::versionOneFile()
     QFETCH(int, versionAfter);
     QString error;
     QVERIFY2(store->open(path(), &error), qPrintable(error));
-    QVERIFY(store->putObjects(SUBJECT_DATANAME, {worker(100, QStringLiteral("Иванов"), QStringLiteral("1"))}));
+    ObjectInfo department(20, OT_DEPARTMENT, {{db::common::NAME, QStringLiteral("Склад")}});
+    department.setParent(SUBJECT_ROOT_UID);
+    QVERIFY(store->putObjects(ORGSTRUCTURE_DATANAME, {department}));
+    ObjectInfo employee = worker(100, QStringLiteral("Иванов"), QStringLiteral("1"));
+    employee.setParent(20);
+    QVERIFY(store->putObjects(SUBJECT_DATANAME, {employee}));
     ObjectInfo card(50, OT_CARD, {{db::card::NUMBER, QStringLiteral("77")}});
     card.setParent(100);
     QVERIFY(store->putObjects(CARD_DATANAME, {card}));
     store->close();
-    QStringList downgrade = {QStringLiteral("DROP TABLE card_numbers"),
+    QStringList downgrade = {QStringLiteral("DROP TABLE object_parents"),
                              QStringLiteral("UPDATE meta SET value = '%1' WHERE key = 'version'").arg(versionBefore)};
+    if (versionBefore < 4)
+        downgrade << QStringLiteral("DROP TABLE card_numbers");
     if (versionBefore < 3)
         downgrade << QStringLiteral("DROP TABLE templates");
     if (versionBefore < 2)
@@ -544,6 +549,14 @@ void TestLocalStorage::versionOneFile()
     };
     QCOMPARE(store->createObject(CARD_DATANAME, ObjectInfo(0, OT_CARD), {}, numberTaken, &error), 0u);
     QCOMPARE(error, QStringLiteral("taken"));
+    // So are the places: a department that still holds someone is seen
+    // as such inside a write.
+    const auto holds = [](const StoredRecords &stored) {
+        return stored.hasMembers(20) && !stored.hasMembers(100) ? QStringLiteral("held") : QString();
+    };
+    QVERIFY(!store->removeObjects({20}, &error, holds));
+    QCOMPARE(error, QStringLiteral("held"));
+    QVERIFY(store->constObject(20));
 }
 
 // Templates are kept per employee, exactly as given, across reopening and

@@ -85,6 +85,7 @@ private Q_SLOTS:
     void twoClientsCreateAtOnce();
     void oneNumberOneCard();
     void dismissalReachesTheOtherClient();
+    void departmentFilledMeanwhileIsNotDeleted();
 
 private:
     QString path() const { return m_dir->filePath(QStringLiteral("shared.db")); }
@@ -391,6 +392,34 @@ void TestSharedStore::dismissalReachesTheOtherClient()
 
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^executor: task failed .*already dismissed")));
     QVERIFY(!run(&executorA, dismiss));
+}
+
+// B moves someone into a department A still sees empty; A's delete of it
+// must be refused by what the file holds, not by A's stale tree, or the
+// employee would hang from nothing.
+void TestSharedStore::departmentFilledMeanwhileIsNotDeleted()
+{
+    a->setWatching(false);
+    b->setWatching(false);
+    TaskExecutor executorA(a.data());
+    TaskExecutor executorB(b.data());
+    TaskInfo move = saveTask(100, {});
+    move.params.replace(QStringLiteral("parent"), 21u);
+    QVERIFY(run(&executorB, move));
+    TaskInfo remove;
+    remove.id = TaskInfo::newId();
+    remove.uid = 21;
+    remove.command = QStringLiteral("delete_object");
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^executor: task failed .* is not empty")));
+    QVERIFY(!run(&executorA, remove));
+    LocalStorage reader;
+    QVERIFY(reader.open(path()));
+    QVERIFY(reader.constObject(21));
+    QCOMPARE(reader.object(100).parent(), 21u);
+    // Once it is empty again the delete goes through.
+    move.params.replace(QStringLiteral("parent"), 22u);
+    QVERIFY(run(&executorB, move));
+    QVERIFY(run(&executorA, remove));
 }
 
 int main(int argc, char *argv[])

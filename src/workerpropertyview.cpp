@@ -206,7 +206,6 @@ void WorkerPropertyView::setCurrent(const nivaro::NVHash<unsigned int, ObjectInf
     m_uids = objects.uniqueKeys();
     m_edited.clear();
     m_pending.clear();
-    m_pendingOrder.clear();
     m_saveFailed = false;
     m_refreshOwed = false;
     m_loading = true;
@@ -719,9 +718,7 @@ void WorkerPropertyView::applyChanges()
     const QString startText = tr("Сохранение параметров сотрудника %1");
     const QString errorText = tr("Ошибка сохранения параметров сотрудника %1");
     forEachChanged([&](const nivaro::ObjectInfo &object, const QHash<QString, QString> &changes) {
-        if (!m_pending.contains(object.uid()))
-            m_pendingOrder.append(object.uid());
-        m_pending.insert(object.uid(), changes);
+        m_pending.add(object.uid(), changes);
         emit appendTask(makeSaveTask(object, changes, startText, errorText));
     });
 }
@@ -740,18 +737,9 @@ void WorkerPropertyView::rejectChanges()
 
 void WorkerPropertyView::saved(unsigned int uid)
 {
-    // Replies come in the order the tasks went out, and a failure names no
-    // object: it answers the oldest save still out. The order list holds
-    // exactly the uids of m_pending.
-    unsigned int answered = uid;
-    if (uid == 0)
-        answered = m_pendingOrder.isEmpty() ? 0 : m_pendingOrder.takeFirst();
-    else if (!m_pendingOrder.isEmpty() && m_pendingOrder.constFirst() == uid)
-        m_pendingOrder.removeFirst();
-    else
-        m_pendingOrder.removeOne(uid);
-    const auto it = m_pending.find(answered);
-    if (it == m_pending.end()) {
+    unsigned int answered = 0;
+    PendingSaves::Changes changes;
+    if (!m_pending.take(uid, &answered, &changes)) {
         qDebug() << "worker view: reply for no outstanding save" << uid;
         return;
     }
@@ -760,9 +748,8 @@ void WorkerPropertyView::saved(unsigned int uid)
         m_saveFailed = true;
         qDebug() << "worker view: save failed" << answered;
     } else {
-        keepSaved(uid, *it);
+        keepSaved(uid, changes);
     }
-    m_pending.erase(it);
     if (m_pending.isEmpty())
         finishSaving();
 }

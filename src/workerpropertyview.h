@@ -1,6 +1,7 @@
 #ifndef WORKERPROPERTYVIEW_H
 #define WORKERPROPERTYVIEW_H
 
+#include "pendingsaves.h"
 #include "nvdialogs_export.h"
 #include "propertybasewidget.h"
 
@@ -118,10 +119,8 @@ private:
     nivaro::NVHash<unsigned int, nivaro::ObjectInfo> m_objects;
     QList<unsigned int> m_uids;
     QSet<QString> m_edited;
-    // What each outstanding save task wrote, applied to m_objects on
-    // saved(), and the order the tasks went out in.
-    QHash<unsigned int, QHash<QString, QString>> m_pending;
-    QList<unsigned int> m_pendingOrder;
+    // What each outstanding save task wrote, applied to m_objects on saved().
+    PendingSaves m_pending;
     bool m_saveFailed = false;  // a reply of the current save was a failure
     bool m_refreshOwed = false; // the store changed while saves were out
     QString m_saveBlock;        // why Save is off; empty while it is on

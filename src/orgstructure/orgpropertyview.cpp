@@ -129,7 +129,6 @@ void OrgPropertyView::setCurrent(const nivaro::NVHash<unsigned int, ObjectInfo> 
     m_uids = objects.uniqueKeys();
     m_edited.clear();
     m_pending.clear();
-    m_pendingOrder.clear();
     m_saveFailed = false;
     m_refreshOwed = false;
     showValues();
@@ -274,9 +273,7 @@ void OrgPropertyView::applyChanges()
         const auto it = changed.constFind(uid);
         if (it == changed.cend())
             continue;
-        if (!m_pending.contains(uid))
-            m_pendingOrder.append(uid);
-        m_pending.insert(uid, *it);
+        m_pending.add(uid, *it);
         emit appendTask(makeSaveTask(m_objects.value(uid), *it, startText(), errorText()));
     }
 }
@@ -293,15 +290,9 @@ void OrgPropertyView::rejectChanges()
 
 void OrgPropertyView::saved(unsigned int uid)
 {
-    // Replies come in the order the tasks went out; a failure names no
-    // object and answers the oldest save still out.
-    unsigned int answered = uid;
-    if (uid == 0)
-        answered = m_pendingOrder.isEmpty() ? 0 : m_pendingOrder.takeFirst();
-    else
-        m_pendingOrder.removeOne(uid);
-    const auto it = m_pending.find(answered);
-    if (it == m_pending.end()) {
+    unsigned int answered = 0;
+    PendingSaves::Changes changes;
+    if (!m_pending.take(uid, &answered, &changes)) {
         qDebug() << "org view: reply for no outstanding save" << uid;
         return;
     }
@@ -310,11 +301,10 @@ void OrgPropertyView::saved(unsigned int uid)
         qDebug() << "org view: save failed" << answered;
     } else {
         ObjectInfo object = m_objects.value(uid);
-        for (auto change = it->cbegin(); change != it->cend(); ++change)
+        for (auto change = changes.cbegin(); change != changes.cend(); ++change)
             object.setParameter(change.key(), change.value());
         m_objects.replace(uid, object);
     }
-    m_pending.erase(it);
     if (m_pending.isEmpty())
         finishSaving();
 }

@@ -1,6 +1,7 @@
 #ifndef ORGPROPERTYVIEW_H
 #define ORGPROPERTYVIEW_H
 
+#include "pendingsaves.h"
 #include "nvdialogs_export.h"
 #include "propertybasewidget.h"
 
@@ -94,8 +95,7 @@ private:
     nivaro::NVHash<unsigned int, nivaro::ObjectInfo> m_objects;
     QList<unsigned int> m_uids;
     QSet<QString> m_edited;
-    QHash<unsigned int, QHash<QString, QString>> m_pending;
-    QList<unsigned int> m_pendingOrder;
+    PendingSaves m_pending;
     QString m_saveBlock;
     bool m_saveFailed = false;
     bool m_refreshOwed = false;

@@ -2943,12 +2943,12 @@
         <translation>Database ID</translation>
     </message>
     <message>
-        <location line="+174"/>
+        <location line="+173"/>
         <source>Только чтение: изменения не могут быть сохранены</source>
         <translation>Read only: the changes cannot be saved</translation>
     </message>
     <message>
-        <location line="+109"/>
+        <location line="+100"/>
         <source>Параметры сохранены</source>
         <translation>Data saved</translation>
     </message>
@@ -3162,9 +3162,120 @@
 <context>
     <name>StoreFile</name>
     <message>
-        <location filename="../platform/localstorage/storefile.cpp" line="+499"/>
+        <location filename="../platform/localstorage/storefile.cpp" line="+106"/>
+        <source>Недостаточно места на диске: изменения не записаны</source>
+        <translation>Not enough disk space: the changes were not written</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Файл хранилища доступен только для чтения: изменения не записаны</source>
+        <translation>The store file is read-only: the changes were not written</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Ошибка ввода-вывода при записи в файл хранилища: изменения не записаны</source>
+        <translation>I/O error writing the store file: the changes were not written</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Хранилище занято другим клиентом: изменения не записаны, повторите попытку</source>
+        <translation>The store is busy with another client: the changes were not written, try again</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>Не удалось открыть файл хранилища: изменения не записаны</source>
+        <translation>Could not open the store file: the changes were not written</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Файл хранилища поврежден: изменения не записаны</source>
+        <translation>The store file is damaged: the changes were not written</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <location line="+765"/>
+        <source>Не удалось записать изменения в хранилище</source>
+        <translation>Could not write the changes to the store</translation>
+    </message>
+    <message>
+        <location line="-752"/>
+        <location line="+3"/>
+        <source>Недостаточно места на диске: хранилище не открыть</source>
+        <translation>Not enough disk space: the store cannot be opened</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Ошибка ввода-вывода при чтении файла хранилища</source>
+        <translation>I/O error reading the store file</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Хранилище занято другим клиентом, повторите попытку</source>
+        <translation>The store is busy with another client, try again</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>Нет доступа к файлу хранилища</source>
+        <translation>No access to the store file</translation>
+    </message>
+    <message>
+        <location line="+37"/>
+        <source>Нет доступа к файлу: %1</source>
+        <translation>No access to file: %1</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <location line="+31"/>
+        <location line="+80"/>
+        <source>Это не файл хранилища Nivaro-Studio</source>
+        <translation>This is not a Nivaro-Studio store file</translation>
+    </message>
+    <message>
+        <location line="-75"/>
+        <source>Файл создан более новой версией программы (формат %1, поддерживается %2)</source>
+        <translation>The file was made by a newer version of the program (format %1, supported %2)</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>Файл хранилища поврежден: неизвестная версия формата</source>
+        <translation>The store file is damaged: unknown format version</translation>
+    </message>
+    <message>
+        <location line="+28"/>
+        <source>Не удалось открыть файл: %1</source>
+        <translation>Could not open file: %1</translation>
+    </message>
+    <message>
+        <location line="+20"/>
+        <source>Нет прав на запись в папку хранилища, а другой клиент держит его открытым: прочитать его можно будет, когда он закроет хранилище</source>
+        <translation>No write permission for the store folder, and another client holds the store open: it can be read once that client closes it</translation>
+    </message>
+    <message>
+        <location line="+45"/>
+        <location line="+6"/>
+        <source>Нет прав на запись в папку хранилища</source>
+        <translation>No write permission for the store folder</translation>
+    </message>
+    <message>
+        <location line="-2"/>
+        <source>Нет прав на запись в файл хранилища</source>
+        <translation>No write permission for the store file</translation>
+    </message>
+    <message>
+        <location line="+236"/>
+        <location line="+133"/>
         <source>Файл хранилища поврежден (%1): %2</source>
         <translation>The store file is damaged (%1): %2</translation>
+    </message>
+    <message>
+        <location line="+195"/>
+        <source>В хранилище не осталось свободных идентификаторов</source>
+        <translation>The store has no free IDs left</translation>
+    </message>
+    <message>
+        <location line="+44"/>
+        <source>Объект %1 не найден в хранилище</source>
+        <translation>Object %1 not found in the store</translation>
     </message>
 </context>
 <context>
@@ -3555,7 +3666,7 @@
     </message>
     <message>
         <location line="+4"/>
-        <location filename="../src/workerpropertyview.cpp" line="+882"/>
+        <location filename="../src/workerpropertyview.cpp" line="+869"/>
         <source>Фамилия</source>
         <translation>Surname</translation>
     </message>
@@ -3635,7 +3746,7 @@
     </message>
     <message>
         <location line="+5"/>
-        <location filename="../src/workerpropertyview.cpp" line="-613"/>
+        <location filename="../src/workerpropertyview.cpp" line="-601"/>
         <location line="+328"/>
         <source>12 цифр</source>
         <translation>12 digits</translation>
@@ -3657,12 +3768,12 @@
     </message>
     <message>
         <location line="+12"/>
-        <location filename="../src/workerpropertyview.cpp" line="+287"/>
+        <location filename="../src/workerpropertyview.cpp" line="+275"/>
         <source>Дополнительные сведения</source>
         <translation>Additional information</translation>
     </message>
     <message>
-        <location filename="../src/workerpropertyview.cpp" line="-859"/>
+        <location filename="../src/workerpropertyview.cpp" line="-846"/>
         <source>(разные значения)</source>
         <translation>(various values)</translation>
     </message>
@@ -3687,7 +3798,7 @@
         <translation>Not set</translation>
     </message>
     <message>
-        <location line="+168"/>
+        <location line="+167"/>
         <source>Дата рождения должна быть не раньше %1 и не позже сегодняшнего дня</source>
         <translation>The date of birth must be no earlier than %1 and no later than today</translation>
     </message>
@@ -3720,7 +3831,7 @@
         <translation>Failed to save the data of employee %1</translation>
     </message>
     <message>
-        <location line="+76"/>
+        <location line="+64"/>
         <source>Параметры сохранены</source>
         <translation>Data saved</translation>
     </message>
@@ -3876,7 +3987,7 @@
 <context>
     <name>nivaro::LocalStorage</name>
     <message>
-        <location filename="../platform/localstorage/localstorage.cpp" line="+794"/>
+        <location filename="../platform/localstorage/localstorage.cpp" line="+809"/>
         <source>Объект без идентификатора не может быть сохранен</source>
         <translation>An object without an ID cannot be saved</translation>
     </message>
@@ -3887,134 +3998,9 @@
     </message>
 </context>
 <context>
-    <name>nivaro::StoreFile</name>
-    <message>
-        <location filename="../platform/localstorage/storefile.cpp" line="-402"/>
-        <source>Недостаточно места на диске: изменения не записаны</source>
-        <translation>Not enough disk space: the changes were not written</translation>
-    </message>
-    <message>
-        <location line="+2"/>
-        <source>Файл хранилища доступен только для чтения: изменения не записаны</source>
-        <translation>The store file is read-only: the changes were not written</translation>
-    </message>
-    <message>
-        <location line="+2"/>
-        <source>Ошибка ввода-вывода при записи в файл хранилища: изменения не записаны</source>
-        <translation>I/O error writing the store file: the changes were not written</translation>
-    </message>
-    <message>
-        <location line="+3"/>
-        <source>Хранилище занято другим клиентом: изменения не записаны, повторите попытку</source>
-        <translation>The store is busy with another client: the changes were not written, try again</translation>
-    </message>
-    <message>
-        <location line="+2"/>
-        <source>Не удалось открыть файл хранилища: изменения не записаны</source>
-        <translation>Could not open the store file: the changes were not written</translation>
-    </message>
-    <message>
-        <location line="+3"/>
-        <source>Файл хранилища поврежден: изменения не записаны</source>
-        <translation>The store file is damaged: the changes were not written</translation>
-    </message>
-    <message>
-        <location line="+2"/>
-        <source>Не удалось записать изменения в хранилище</source>
-        <translation>Could not write the changes to the store</translation>
-    </message>
-    <message>
-        <location line="+13"/>
-        <location line="+3"/>
-        <source>Недостаточно места на диске: хранилище не открыть</source>
-        <translation>Not enough disk space: the store cannot be opened</translation>
-    </message>
-    <message>
-        <location line="+1"/>
-        <source>Ошибка ввода-вывода при чтении файла хранилища</source>
-        <translation>I/O error reading the store file</translation>
-    </message>
-    <message>
-        <location line="+3"/>
-        <source>Хранилище занято другим клиентом, повторите попытку</source>
-        <translation>The store is busy with another client, try again</translation>
-    </message>
-    <message>
-        <location line="+3"/>
-        <source>Нет доступа к файлу хранилища</source>
-        <translation>No access to the store file</translation>
-    </message>
-    <message>
-        <location line="+37"/>
-        <source>Нет доступа к файлу: %1</source>
-        <translation>No access to file: %1</translation>
-    </message>
-    <message>
-        <location line="+6"/>
-        <location line="+31"/>
-        <location line="+80"/>
-        <source>Это не файл хранилища Nivaro-Studio</source>
-        <translation>This is not a Nivaro-Studio store file</translation>
-    </message>
-    <message>
-        <location line="-75"/>
-        <source>Файл создан более новой версией программы (формат %1, поддерживается %2)</source>
-        <translation>The file was made by a newer version of the program (format %1, supported %2)</translation>
-    </message>
-    <message>
-        <location line="+6"/>
-        <source>Файл хранилища поврежден: неизвестная версия формата</source>
-        <translation>The store file is damaged: unknown format version</translation>
-    </message>
-    <message>
-        <location line="+28"/>
-        <source>Не удалось открыть файл: %1</source>
-        <translation>Could not open file: %1</translation>
-    </message>
-    <message>
-        <location line="+20"/>
-        <source>Нет прав на запись в папку хранилища, а другой клиент держит его открытым: прочитать его можно будет, когда он закроет хранилище</source>
-        <translation>No write permission for the store folder, and another client holds the store open: it can be read once that client closes it</translation>
-    </message>
-    <message>
-        <location line="+45"/>
-        <location line="+6"/>
-        <source>Нет прав на запись в папку хранилища</source>
-        <translation>No write permission for the store folder</translation>
-    </message>
-    <message>
-        <location line="-2"/>
-        <source>Нет прав на запись в файл хранилища</source>
-        <translation>No write permission for the store file</translation>
-    </message>
-    <message>
-        <location line="+316"/>
-        <source>Файл хранилища поврежден (%1): %2</source>
-        <translation>The store file is damaged (%1): %2</translation>
-    </message>
-</context>
-<context>
-    <name>nivaro::StoreFile::Batch</name>
-    <message>
-        <location line="+191"/>
-        <source>Не удалось записать изменения в хранилище</source>
-        <translation>Could not write the changes to the store</translation>
-    </message>
-    <message>
-        <location line="+4"/>
-        <source>В хранилище не осталось свободных идентификаторов</source>
-        <translation>The store has no free IDs left</translation>
-    </message>
-    <message>
-        <location line="+44"/>
-        <source>Объект %1 не найден в хранилище</source>
-        <translation>Object %1 not found in the store</translation>
-    </message>
-</context>
-<context>
     <name>nivaro::TaskExecutor</name>
     <message>
-        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+50"/>
+        <location filename="../platform/serverinterface/taskexecutor.cpp" line="+49"/>
         <location line="+268"/>
         <source>Объект %1 не найден</source>
         <translation>Object %1 not found</translation>
@@ -4120,12 +4106,12 @@
         <translation>Employee %1 is already dismissed</translation>
     </message>
     <message>
-        <location line="+21"/>
+        <location line="+26"/>
         <source>Подразделение %1 не пусто: сначала удалите или переведите сотрудников</source>
         <translation>Department %1 is not empty: delete or transfer its employees first</translation>
     </message>
     <message>
-        <location line="+55"/>
+        <location line="+54"/>
         <source>Неизвестная команда: %1</source>
         <translation>Unknown command: %1</translation>
     </message>

@@ -42,11 +42,6 @@ const QString TemplatesItem = QStringLiteral("templates");
 constexpr qint64 KeptChanges = 8192;
 constexpr qint64 PruneEvery = 1024;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("StoreFile", text);
-}
-
 const char *const Schema[] = {
     "CREATE TABLE meta(key TEXT PRIMARY KEY, value TEXT NOT NULL)",
     "CREATE TABLE objects(uid INTEGER PRIMARY KEY, dataname TEXT NOT NULL, body BLOB NOT NULL)",
@@ -563,7 +558,7 @@ namespace {
 
 bool corruptRow(const QString &what, const QString &why, QString *error)
 {
-    *error = QCoreApplication::translate("StoreFile", "Файл хранилища поврежден (%1): %2").arg(what, why);
+    *error = StoreFile::tr("Файл хранилища поврежден (%1): %2").arg(what, why);
     qDebug() << "store: corrupt row" << what << why;
     return false;
 }

@@ -7,6 +7,7 @@
 #include <workerabsencereason.h>
 #include <workerschedulehistoryrecord.h>
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QList>
 #include <QSet>
@@ -35,6 +36,8 @@ namespace nivaro {
  */
 class StoreFile
 {
+    // Its messages reach the operator; one context for them and for Batch.
+    Q_DECLARE_TR_FUNCTIONS(StoreFile)
 public:
     struct Contents
     {

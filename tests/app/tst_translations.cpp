@@ -2,6 +2,8 @@
 
 #include <nvdialogsutils.h>
 #include <taskexecutor.h>
+#include <QFile>
+#include <localstorage.h>
 #include <workerpropertyview.h>
 
 #include <QApplication>
@@ -149,8 +151,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("month");
         QTest::addColumn<QString>("qtButton");
         QTest::addColumn<QString>("refusal");
-        QTest::newRow("en") << "en" << "Afghanistan" << "March" << "&Yes" << "Parent object %1 not found";
-        QTest::newRow("ru") << "ru" << "АФГАНИСТАН" << "март" << "&Да" << "Родительский объект %1 не найден";
+        QTest::addColumn<QString>("storeRefusal");
+        QTest::newRow("en") << "en" << "Afghanistan" << "March" << "&Yes" << "Parent object %1 not found"
+                            << "This is not a Nivaro-Studio store file";
+        QTest::newRow("ru") << "ru" << "АФГАНИСТАН" << "март" << "&Да" << "Родительский объект %1 не найден"
+                            << "Это не файл хранилища Nivaro-Studio";
     }
 
     void languageSetsTextsAndLocale()
@@ -160,12 +165,23 @@ private Q_SLOTS:
         QFETCH(QString, month);
         QFETCH(QString, qtButton);
         QFETCH(QString, refusal);
+        QFETCH(QString, storeRefusal);
         QVERIFY(StudioStartup::installTranslations(qApp, lang));
         QCOMPARE(NVDialogsUtils::translateState(QStringLiteral("АФГАНИСТАН")), country);
         QCOMPARE(QLocale().standaloneMonthName(3), month);
         QCOMPARE(QCoreApplication::translate("QPlatformTheme", "&Yes"), qtButton);
         // The executor's reasons reach the operator in the same language.
         QCOMPARE(nivaro::TaskExecutor::tr("Родительский объект %1 не найден"), refusal);
+        // So do the store's, when it refuses a file.
+        QTemporaryDir dir;
+        const QString foreign = dir.filePath(QStringLiteral("notes.txt"));
+        QFile file(foreign);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(4096, 'x')) == 4096);
+        file.close();
+        nivaro::LocalStorage store;
+        QString error;
+        QVERIFY(!store.open(foreign, &error));
+        QCOMPARE(error, storeRefusal);
     }
 
     void unknownLanguageIsRefused()

@@ -40,13 +40,14 @@ void BulkUpdateRuns::track(UpdateObjectWizard *wizard, const QString &key, const
     wizard->setChanges(changes(page->uids(), key, value));
     // The run begins with its first task: a wizard closed on its list page
     // sent nothing and was no run.
-    connect(wizard, &UpdateObjectWizard::appendTask, this,
-            [this, page, parameters, run = qint64(-1)](const nivaro::TaskInfo &task) mutable {
-                if (run < 0)
-                    run = beginRun(page, parameters);
-                m_sent.insert(task.id, {run, page});
-                m_executor->execute(task);
-            });
+    connect(wizard, &UpdateObjectWizard::appendTask, this, [this, page, parameters](const nivaro::TaskInfo &task) {
+        auto open = m_openRuns.constFind(page);
+        if (open == m_openRuns.cend())
+            open = m_openRuns.insert(page, beginRun(page, parameters));
+        m_sent.insert(task.id, {open.value(), page});
+        m_executor->execute(task);
+    });
+    connect(page, &QObject::destroyed, this, [this, page] { m_openRuns.remove(page); });
 }
 
 QList<ChangeSummaryWizardPage::Change> BulkUpdateRuns::changes(const QList<nivaro::TYPE_ID> &uids, const QString &key,
@@ -95,8 +96,11 @@ void BulkUpdateRuns::taskFinished(const nivaro::TaskInfo &task, bool ok, const Q
         return; // closed mid-run: the run stays open, cut short
     if (!ok)
         sent.page->appendMessage(error);
-    if (sent.run != 0 && sent.page->objectCount() == 0)
-        m_journal.endRun(sent.run);
+    if (sent.page->objectCount() == 0) {
+        if (sent.run != 0)
+            m_journal.endRun(sent.run);
+        m_openRuns.remove(sent.page);
+    }
 }
 
 QList<nivaro::RunJournal::Run> BulkUpdateRuns::interruptedRuns()

@@ -61,6 +61,10 @@ private:
     nivaro::TaskExecutor *m_executor;
     nivaro::RunJournal m_journal;
     QHash<qint64, Sent> m_sent; // by task number
+    // The run each page's tasks go to; a page whose run ended and that then
+    // retries what failed begins a new one, so a retry cut short is offered
+    // again like any other run.
+    QHash<const ObjectsProgressWizardPage *, qint64> m_openRuns;
 };
 
 #endif

@@ -84,3 +84,28 @@ nivaro::TaskInfo PropertyBaseWidget::makeSaveTask(const nivaro::ObjectInfo &obje
     task.errorMessage = withName(errorText, name);
     return task;
 }
+
+nivaro::NVHash<unsigned int, nivaro::ObjectInfo> PropertyBaseWidget::storedObjects(const QList<unsigned int> &uids,
+                                                                                   const QStringList &datanames)
+{
+    const nivaro::LocalStorage *storage = nivaro::LocalStorage::instance();
+    nivaro::NVHash<unsigned int, nivaro::ObjectInfo> stored;
+    stored.reserve(uids.size());
+    for (unsigned int uid : uids) {
+        if (const nivaro::ObjectInfo *object = storage->constObject(uid, datanames))
+            stored.insert(uid, *object);
+    }
+    return stored;
+}
+
+nivaro::NVHash<unsigned int, nivaro::ObjectInfo>
+PropertyBaseWidget::storedOrShown(const nivaro::NVHash<unsigned int, nivaro::ObjectInfo> &shown,
+                                  const QStringList &datanames)
+{
+    nivaro::NVHash<unsigned int, nivaro::ObjectInfo> stored = storedObjects(shown.uniqueKeys(), datanames);
+    for (auto it = shown.cbegin(); it != shown.cend(); ++it) {
+        if (!stored.contains(it.key()))
+            stored.insert(it.key(), it.value());
+    }
+    return stored;
+}

@@ -76,6 +76,17 @@ protected:
     nivaro::TaskInfo makeSaveTask(const nivaro::ObjectInfo &object,
                                   const QHash<QString, QString> &changed,
                                   const QString &startText, const QString &errorText);
+
+    // The objects as the store holds them now, in the given collections;
+    // uids it no longer has are left out.
+    static nivaro::NVHash<unsigned int, nivaro::ObjectInfo> storedObjects(const QList<unsigned int> &uids,
+                                                                        const QStringList &datanames);
+    // What Cancel goes back to: the stored values, as the store holds them
+    // now (the view's copies may be older than a change it was not free to
+    // show while editing); an object the store no longer has keeps what was
+    // shown.
+    static nivaro::NVHash<unsigned int, nivaro::ObjectInfo>
+    storedOrShown(const nivaro::NVHash<unsigned int, nivaro::ObjectInfo> &shown, const QStringList &datanames);
 };
 
 #endif

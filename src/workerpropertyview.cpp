@@ -725,14 +725,7 @@ void WorkerPropertyView::applyChanges()
 
 void WorkerPropertyView::rejectChanges()
 {
-    // The stored values, as the store holds them now: the view's own copies
-    // may be older than a change it was not free to show while editing.
-    nivaro::NVHash<unsigned int, ObjectInfo> stored = storedSelection();
-    for (auto it = m_objects.cbegin(); it != m_objects.cend(); ++it) {
-        if (!stored.contains(it.key()))
-            stored.insert(it.key(), it.value());
-    }
-    setCurrent(stored);
+    setCurrent(storedOrShown(m_objects, {nivaro::SUBJECT_DATANAME, nivaro::SUBJECT_FIRED_DATANAME}));
 }
 
 void WorkerPropertyView::saved(unsigned int uid)
@@ -796,15 +789,7 @@ void WorkerPropertyView::dataChanged(const QString &dataname, const QList<unsign
 
 nivaro::NVHash<unsigned int, ObjectInfo> WorkerPropertyView::storedSelection() const
 {
-    const nivaro::LocalStorage *storage = nivaro::LocalStorage::instance();
-    const QStringList datanames = {nivaro::SUBJECT_DATANAME, nivaro::SUBJECT_FIRED_DATANAME};
-    nivaro::NVHash<unsigned int, ObjectInfo> stored;
-    stored.reserve(m_uids.size());
-    for (unsigned int uid : qAsConst(m_uids)) {
-        if (const ObjectInfo *object = storage->constObject(uid, datanames))
-            stored.insert(uid, *object);
-    }
-    return stored;
+    return storedObjects(m_uids, {nivaro::SUBJECT_DATANAME, nivaro::SUBJECT_FIRED_DATANAME});
 }
 
 void WorkerPropertyView::refreshFromStore()

@@ -35,6 +35,28 @@ QByteArray historicalBytes(const QByteArray &atr)
     return atr.mid(pos, count);
 }
 
+// The storage cards PC/SC names by a card name code. Plus in level 2 wants
+// AES authentication before Crypto1: not a Classic path, so its operations
+// are not supported.
+struct StorageCard
+{
+    quint16 cardName;
+    CardType type;
+    int subType;
+    quint32 memSize;
+    bool plusLevel1;
+    const char *name;
+};
+constexpr StorageCard StorageCards[] = {
+    {0x0001, MifareClassic, 1, 1024, false, "Mifare Classic 1K"},
+    {0x0002, MifareClassic, 4, 4096, false, "Mifare Classic 4K"},
+    {0x0026, MifareClassic, 0, 320, false, "Mifare Mini"},
+    {0x0036, MifarePlus, 2, 2048, true, "Mifare Plus 2K SL1"},
+    {0x0037, MifarePlus, 4, 4096, true, "Mifare Plus 4K SL1"},
+    {0x0038, MifarePlus, 2, 2048, false, "Mifare Plus 2K SL2"},
+    {0x0039, MifarePlus, 4, 4096, false, "Mifare Plus 4K SL2"},
+};
+
 } // namespace
 
 AtrInfo classifyAtr(const QByteArray &atr)
@@ -48,43 +70,14 @@ AtrInfo classifyAtr(const QByteArray &atr)
     if (hist.startsWith('\x80') && aid >= 0 && hist.size() >= aid + 2 + 5 + 3) {
         const int at = aid + 2 + 5 + 1; // after RID and the standard byte
         info.cardName = quint16((uchar(hist[at]) << 8) | uchar(hist[at + 1]));
-        switch (info.cardName) {
-        case 0x0001:
-            info.type = MifareClassic;
-            info.subType = 1;
-            info.memSize = 1024;
-            info.name = QStringLiteral("Mifare Classic 1K");
-            break;
-        case 0x0002:
-            info.type = MifareClassic;
-            info.subType = 4;
-            info.memSize = 4096;
-            info.name = QStringLiteral("Mifare Classic 4K");
-            break;
-        case 0x0026:
-            info.type = MifareClassic;
-            info.subType = 0;
-            info.memSize = 320;
-            info.name = QStringLiteral("Mifare Mini");
-            break;
-        case 0x0036:
-        case 0x0037:
-            info.type = MifarePlus;
-            info.plusLevel1 = true;
-            info.memSize = info.cardName == 0x0036 ? 2048 : 4096;
-            info.subType = int(info.memSize / 1024);
-            info.name = QStringLiteral("Mifare Plus %1K SL1").arg(info.subType);
-            break;
-        case 0x0038:
-        case 0x0039:
-            // Level 2 wants AES authentication before Crypto1: not a
-            // Classic path, so its operations are not supported.
-            info.type = MifarePlus;
-            info.memSize = info.cardName == 0x0038 ? 2048 : 4096;
-            info.subType = int(info.memSize / 1024);
-            info.name = QStringLiteral("Mifare Plus %1K SL2").arg(info.subType);
-            break;
-        default:
+        for (const StorageCard &card : StorageCards) {
+            if (card.cardName != info.cardName)
+                continue;
+            info.type = card.type;
+            info.subType = card.subType;
+            info.memSize = card.memSize;
+            info.plusLevel1 = card.plusLevel1;
+            info.name = QString::fromLatin1(card.name);
             break;
         }
         if (info.isBlockCard() || info.type == MifarePlus)

@@ -177,6 +177,17 @@ struct PcscBackend::Private
         return nvcm::OK;
     }
 
+    // OK when the session can take a command for a card that settings fit
+    // and that was authorised with them.
+    int beginAuthorised(const nvcm::ReaderInfo &reader, const nvsc::SmartCardSettings &settings, Session *&s)
+    {
+        if (const int code = begin(reader, s); code != nvcm::OK)
+            return code;
+        if (const int fit = settingsFit(*s, settings); fit != nvcm::OK)
+            return fit;
+        return s->authorised ? nvcm::OK : nvcm::AuthError;
+    }
+
     int transmit(Session &s, const QByteArray &apdu, QByteArray &answer)
     {
         BYTE buffer[258 + 2];
@@ -520,12 +531,8 @@ struct PcscBackend::Private
     {
         QMutexLocker locker(&opMutex);
         Session *s = nullptr;
-        if (const int code = begin(reader, s); code != nvcm::OK)
+        if (const int code = beginAuthorised(reader, settings, s); code != nvcm::OK)
             return code;
-        if (const int fit = settingsFit(*s, settings); fit != nvcm::OK)
-            return fit;
-        if (!s->authorised)
-            return nvcm::AuthError;
         if (s->card.type == MifareDESFire) {
             const auto &desfireSettings = static_cast<const nvsc::MifareDESFireSettings &>(settings);
             if (!data)
@@ -769,12 +776,8 @@ int PcscBackend::readData(const nvcm::ReaderInfo &reader, const nvsc::SmartCardS
 {
     QMutexLocker locker(&d->opMutex);
     Private::Session *s = nullptr;
-    if (const int code = d->begin(reader, s); code != nvcm::OK)
+    if (const int code = d->beginAuthorised(reader, settings, s); code != nvcm::OK)
         return code;
-    if (const int fit = Private::settingsFit(*s, settings); fit != nvcm::OK)
-        return fit;
-    if (!s->authorised)
-        return nvcm::AuthError;
     const auto [offset, length] = d->range(*s, settings);
     if (s->card.type == MifareDESFire) {
         const auto &desfireSettings = static_cast<const nvsc::MifareDESFireSettings &>(settings);
@@ -836,12 +839,8 @@ int PcscBackend::updateKeys(const nvcm::ReaderInfo &reader, const nvsc::SmartCar
 {
     QMutexLocker locker(&d->opMutex);
     Private::Session *s = nullptr;
-    if (const int code = d->begin(reader, s); code != nvcm::OK)
+    if (const int code = d->beginAuthorised(reader, settings, s); code != nvcm::OK)
         return code;
-    if (const int fit = Private::settingsFit(*s, settings); fit != nvcm::OK)
-        return fit;
-    if (!s->authorised)
-        return nvcm::AuthError;
     if (s->card.type == MifareDESFire)
         return d->updateDesfireKeys(*s, reader.id, static_cast<const nvsc::MifareDESFireSettings &>(settings));
     const auto &base = static_cast<const nvsc::MifareBaseSettings &>(settings);

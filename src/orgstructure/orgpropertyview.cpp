@@ -280,12 +280,7 @@ void OrgPropertyView::applyChanges()
 
 void OrgPropertyView::rejectChanges()
 {
-    nivaro::NVHash<unsigned int, ObjectInfo> stored = storedSelection();
-    for (auto it = m_objects.cbegin(); it != m_objects.cend(); ++it) {
-        if (!stored.contains(it.key()))
-            stored.insert(it.key(), it.value());
-    }
-    setCurrent(stored);
+    setCurrent(storedOrShown(m_objects, {nivaro::ORGSTRUCTURE_DATANAME}));
 }
 
 void OrgPropertyView::saved(unsigned int uid)
@@ -334,13 +329,7 @@ void OrgPropertyView::dataChanged(const QString &dataname, const QList<unsigned 
 
 nivaro::NVHash<unsigned int, ObjectInfo> OrgPropertyView::storedSelection() const
 {
-    const nivaro::LocalStorage *storage = nivaro::LocalStorage::instance();
-    nivaro::NVHash<unsigned int, ObjectInfo> stored;
-    for (unsigned int uid : qAsConst(m_uids)) {
-        if (const ObjectInfo *object = storage->constObject(uid, nivaro::ORGSTRUCTURE_DATANAME))
-            stored.insert(uid, *object);
-    }
-    return stored;
+    return storedObjects(m_uids, {nivaro::ORGSTRUCTURE_DATANAME});
 }
 
 void OrgPropertyView::refreshFromStore()

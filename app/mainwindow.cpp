@@ -303,6 +303,11 @@ bool MainWindow::settleUnsaved()
         return true;
     switch (askUnsaved()) {
     case SaveChanges:
+        // Edits that cannot be saved (an empty name, say) stay on screen
+        // with the reason in the message line, rather than being dropped
+        // by a save that sends nothing.
+        if (!frame->canSave())
+            return false;
         frame->save();
         return true;
     case DiscardChanges:

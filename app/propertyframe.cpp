@@ -71,6 +71,11 @@ void PropertyFrame::setView(PropertyBaseWidget *view)
     connect(view, &PropertyBaseWidget::showCriticalMessage, this, &PropertyFrame::showCriticalMessage);
 }
 
+bool PropertyFrame::canSave() const
+{
+    return m_save->isEnabled();
+}
+
 void PropertyFrame::setTitle(const QString &title)
 {
     m_title->setText(title);

@@ -33,6 +33,9 @@ public:
     void setReadOnlyReason(const QString &reason);
 
     bool isModified() const { return m_modified; }
+    // Whether Save would send the edits now (they are valid, nothing is out
+    // and the store can be written).
+    bool canSave() const;
     int pendingTasks() const { return m_pending; }
     QString message() const;
 
